@@ -1,0 +1,19 @@
+#include "sandbox/Identifiers.hpp"
+
+#include <random>
+
+namespace sandbox {
+
+std::string makeIdentifier(std::string_view prefix, int bytes) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::random_device source;
+    std::uniform_int_distribution<std::size_t> digit(0, digits.size() - 1);
+    std::string result(prefix);
+    result += '_';
+    for (int i = 0; i < 2 * bytes; ++i) {
+        result += digits[digit(source)];
+    }
+    return result;
+}
+
+} // namespace sandbox

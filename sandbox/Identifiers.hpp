@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace sandbox {
+
+/// A fresh, unguessable identifier: the prefix, an underscore and `bytes` random bytes in hexadecimal.
+std::string makeIdentifier(std::string_view prefix, int bytes = 8);
+
+} // namespace sandbox

@@ -1,0 +1,22 @@
+#include "sandbox/Messages.hpp"
+
+#include <nlohmann/json.hpp>
+
+namespace sandbox {
+
+std::optional<std::string> Request::header(std::string_view name) const {
+    const auto found = headers.find(name);
+    if (found == headers.end()) return std::nullopt;
+    return found->second;
+}
+
+Response Response::json(int status, const Json& body) {
+    // Texts may echo what the caller sent; what is not UTF-8 in them is replaced rather than refused.
+    return Response{status, body.dump(-1, ' ', false, Json::error_handler_t::replace), {}};
+}
+
+Response Response::empty(int status) {
+    return Response{status, {}, {}};
+}
+
+} // namespace sandbox

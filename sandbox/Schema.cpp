@@ -1,0 +1,67 @@
+#include "sandbox/Schema.hpp"
+
+#include "sandbox/Authentication.hpp"
+#include "sandbox/Domains.hpp"
+
+namespace sandbox {
+
+namespace {
+
+// Written into the file's header: tells our files from other databases.
+constexpr std::int64_t applicationID = 0x51424d31;
+constexpr std::int64_t schemaVersion = 1;
+
+constexpr const char* schema = R"sql(
+PRAGMA application_id = 0x51424d31;
+PRAGMA user_version = 1;
+
+CREATE TABLE accounts (
+    id                  TEXT PRIMARY KEY,
+    created_at          TEXT NOT NULL DEFAULT (strftime('%Y-%m-%dT%H:%M:%fZ')),
+    custom_domain_limit INTEGER NOT NULL
+) STRICT;
+
+CREATE TABLE api_keys (
+    sequence     INTEGER PRIMARY KEY,
+    id           TEXT NOT NULL UNIQUE,
+    account_id   TEXT NOT NULL REFERENCES accounts ON DELETE CASCADE,
+    key          TEXT NOT NULL UNIQUE,
+    name         TEXT,
+    created_at   TEXT NOT NULL DEFAULT (strftime('%Y-%m-%dT%H:%M:%fZ')),
+    last_used_at TEXT
+) STRICT;
+
+-- A domain without an account is built in: every account sees it, none can change it. A host name is one account's at a
+-- time, since a short link is found by its host name alone.
+CREATE TABLE domains (
+    sequence           INTEGER PRIMARY KEY,
+    id                 TEXT NOT NULL UNIQUE,
+    account_id         TEXT REFERENCES accounts ON DELETE CASCADE,
+    name               TEXT NOT NULL UNIQUE,
+    redirect_url       TEXT,
+    status             TEXT NOT NULL CHECK (status IN ('ACTIVE', 'PENDING', 'BLOCKED')),
+    checks             INTEGER NOT NULL DEFAULT 0,
+    verification_token TEXT
+) STRICT;
+
+CREATE INDEX domains_of_account ON domains (account_id);
+)sql";
+
+} // namespace
+
+void prepareSchema(Session& database) {
+    const std::int64_t application = database.first("PRAGMA application_id")->integer(0);
+    const std::int64_t version = database.first("PRAGMA user_version")->integer(0);
+    const bool isEmpty = !database.first("SELECT 1 FROM sqlite_schema");
+    if (isEmpty) {
+        database.script(schema);
+        addBuiltInDomain(database);
+        addAccount(database, "first key");
+    } else if (application != applicationID) {
+        throw DatabaseError("the file is another program's database");
+    } else if (version != schemaVersion) {
+        throw DatabaseError("the file was written by another version of the sandbox");
+    }
+}
+
+} // namespace sandbox
