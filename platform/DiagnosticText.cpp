@@ -1,0 +1,46 @@
+#include "platform/DiagnosticText.hpp"
+
+#include <charconv>
+
+namespace platform::inline v1::detail {
+
+void appendQuoted(std::string& out, std::string_view text) {
+    static constexpr std::string_view digits = "0123456789abcdef";
+    out += '"';
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        switch (c) {
+        case '"':
+        case '\\':
+            out += '\\';
+            out += c;
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\r':
+            out += "\\r";
+            break;
+        case '\t':
+            out += "\\t";
+            break;
+        default:
+            if (byte < 0x20 || byte == 0x7F) {
+                out += "\\x";
+                out += digits[byte >> 4U];
+                out += digits[byte & 0xFU];
+            } else {
+                out += c;
+            }
+        }
+    }
+    out += '"';
+}
+
+void appendNumber(std::string& out, double value) {
+    char buffer[32];
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
+    out.append(buffer, end);
+}
+
+} // namespace platform::inline v1::detail
