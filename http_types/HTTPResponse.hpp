@@ -59,6 +59,8 @@ public:
 #include "http_types/detail/StatusCodes.inc"
 
     private:
+        friend class HTTPResponse;
+
         constexpr Status(int code, const detail::TextRecord& reasonPhrase) noexcept
             : code_(code)
             , reasonPhrase_(reasonPhrase) {}
@@ -101,7 +103,8 @@ public:
     /// Replaces code and phrase; the indexing strategy of the ":status" field stays.
     void setStatus(const Status& status);
 
-    [[nodiscard]] const std::string& reasonPhrase() const noexcept { return reasonPhrase_; }
+    /// Valid until this object is changed or destroyed.
+    [[nodiscard]] std::string_view reasonPhrase() const noexcept { return reasonPhrase_.record().text; }
 
     /// The code, a blank and the reason phrase.
     [[nodiscard]] std::string debugDescription() const;
@@ -115,7 +118,7 @@ public:
     }
 
 private:
-    std::string reasonPhrase_{};
+    detail::SharedText reasonPhrase_{};
 };
 
 namespace detail {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstring>
+#include <cstddef>
 #include <new>
 
 namespace HTTPTypes::inline v1::detail {
@@ -14,24 +14,39 @@ struct OwnedTextRecord : TextRecord {
     mutable std::atomic<std::uint32_t> references{1};
 };
 
+/// A record with `extra` bytes behind it.
+OwnedTextRecord* makeRecord(std::size_t extra) {
+    auto* const record = new (::operator new(sizeof(OwnedTextRecord) + extra)) OwnedTextRecord;
+    record->isOwned = true;
+    return record;
+}
+
+char* charactersBehind(OwnedTextRecord* record) {
+    return reinterpret_cast<char*>(record + 1);
+}
+
 } // namespace
 
-SharedText SharedText::owning(std::string_view text, std::uint32_t hash) {
-    const bool isCanonical = std::ranges::all_of(text, [](char c) { return asciiLowercased(c) == c; });
+SharedText SharedText::owning(std::string_view text) {
+    OwnedTextRecord* const record = makeRecord(text.size());
+    char* const characters = charactersBehind(record);
+    std::ranges::copy(text, characters);
+    record->text = {characters, text.size()};
+    return SharedText(static_cast<const TextRecord&>(*record));
+}
+
+SharedText SharedText::owningCaseless(std::string_view text, std::uint32_t hash) {
     const std::size_t size = text.size();
-    void* const memory = ::operator new(sizeof(OwnedTextRecord) + (isCanonical ? size : 2 * size));
-    auto* const record = new (memory) OwnedTextRecord;
-    char* const characters = static_cast<char*>(memory) + sizeof(OwnedTextRecord);
-    std::copy_n(text.data(), size, characters);
-    char* const lowercased = isCanonical ? characters : characters + size;
-    if (!isCanonical) std::transform(characters, characters + size, lowercased, asciiLowercased);
+    const bool isLowercase = std::ranges::all_of(text, [](char c) { return asciiLowercased(c) == c; });
+    OwnedTextRecord* const record = makeRecord(isLowercase ? size : 2 * size);
+    char* const characters = charactersBehind(record);
+    std::ranges::copy(text, characters);
+    char* const lowercased = isLowercase ? characters : characters + size;
+    if (!isLowercase) std::ranges::transform(text, lowercased, asciiLowercased);
     record->text = {characters, size};
     record->canonical = {lowercased, size};
     record->hash = hash;
-    record->isOwned = true;
-    SharedText result;
-    result.record_ = record;
-    return result;
+    return SharedText(static_cast<const TextRecord&>(*record));
 }
 
 void SharedText::retain() const noexcept {

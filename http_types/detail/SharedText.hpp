@@ -1,5 +1,6 @@
 #pragma once
 
+#include "http_types/detail/Characters.hpp"
 #include "platform/Export.hpp"
 
 #include <cstdint>
@@ -8,11 +9,6 @@
 
 namespace HTTPTypes::inline v1::detail {
 
-/// Lowercases the ASCII letters; every other byte stays.
-[[nodiscard]] constexpr char asciiLowercased(char c) noexcept {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 /// FNV-1a, 32 bits, over the lowercased text: the hash of a field name in any spelling.
 [[nodiscard]] constexpr std::uint32_t caselessHash(std::string_view text) noexcept {
     std::uint32_t hash = 2166136261U;
@@ -20,20 +16,6 @@ namespace HTTPTypes::inline v1::detail {
         hash = (hash ^ static_cast<unsigned char>(asciiLowercased(c))) * 16777619U;
     }
     return hash;
-}
-
-/// True for the characters of a token of RFC 9110: the ASCII letters and digits and fifteen marks.
-[[nodiscard]] constexpr bool isTokenCharacter(char c) noexcept {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           (c != '\0' && std::string_view("!#$%&'*+-.^_`|~").find(c) != std::string_view::npos);
-}
-
-/// True for a text of one or more token characters.
-[[nodiscard]] constexpr bool isToken(std::string_view text) noexcept {
-    for (const char c : text) {
-        if (!isTokenCharacter(c)) return false;
-    }
-    return !text.empty();
 }
 
 /// A text with its lowercased form and the hash of that: what a `SharedText` points to.
@@ -65,8 +47,11 @@ public:
     constexpr explicit SharedText(const TextRecord& record) noexcept
         : record_(&record) {}
 
-    /// Copies `text`; `hash` is its `caselessHash`. One allocation.
-    [[nodiscard]] static SharedText owning(std::string_view text, std::uint32_t hash);
+    /// Copies `text`, without a lowercased form. One allocation.
+    [[nodiscard]] static SharedText owning(std::string_view text);
+
+    /// Copies `text` and adds its lowercased form; `hash` is its `caselessHash`. One allocation.
+    [[nodiscard]] static SharedText owningCaseless(std::string_view text, std::uint32_t hash);
 
     constexpr SharedText(const SharedText& other) noexcept
         : record_(other.record_) {

@@ -1,0 +1,124 @@
+#include "http_types/HTTPField.hpp"
+
+#include "http_types/detail/Characters.hpp"
+
+#include <algorithm>
+
+namespace HTTPTypes::inline v1 {
+
+namespace {
+
+using detail::TextRecord;
+
+/// The well-known names again in lowercase, as HTTP/2 and HTTP/3 carry them: raw and canonical name are one text.
+constexpr auto lowercaseNames = [] {
+    std::array<TextRecord, detail::wellKnownNames.size()> records{};
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const std::string_view canonical = detail::wellKnownNames[i].canonical;
+        records[i] = TextRecord(canonical, canonical);
+    }
+    return records;
+}();
+
+static_assert(std::ranges::all_of(detail::wellKnownNames, [](const TextRecord& record) {
+    return detail::isToken(record.text) &&
+           std::ranges::equal(record.text, record.canonical, {}, detail::asciiLowercased);
+}));
+
+/// From the hash of a name to its position among the well-known ones: open addressing with linear probing.
+class WellKnownTable {
+public:
+    constexpr WellKnownTable() {
+        slots_.fill(vacant);
+        for (std::size_t i = 0; i < detail::wellKnownNames.size(); ++i) {
+            std::size_t slot = detail::wellKnownNames[i].hash % slots_.size();
+            while (slots_[slot] != vacant) {
+                slot = (slot + 1) % slots_.size();
+            }
+            slots_[slot] = static_cast<std::uint8_t>(i);
+        }
+    }
+
+    /// The record for `text`, spelled exactly so; none for a name in another spelling or an unknown one.
+    [[nodiscard]] constexpr const TextRecord* find(std::string_view text, std::uint32_t hash) const noexcept {
+        for (std::size_t slot = hash % slots_.size(); slots_[slot] != vacant; slot = (slot + 1) % slots_.size()) {
+            const std::size_t i = slots_[slot];
+            if (detail::wellKnownNames[i].text == text) return &detail::wellKnownNames[i];
+            if (lowercaseNames[i].text == text) return &lowercaseNames[i];
+        }
+        return nullptr;
+    }
+
+private:
+    static constexpr std::uint8_t vacant = 0xFF;
+    std::array<std::uint8_t, 256> slots_{};
+};
+
+constexpr WellKnownTable wellKnownTable;
+
+std::string normalised(std::string bytes) {
+    if (HTTPField::isValidValue(bytes)) return bytes;
+    std::ranges::replace_if(bytes, detail::isBarred, ' ');
+    bytes.erase(std::find_if_not(bytes.rbegin(), bytes.rend(), detail::isBlank).base(), bytes.end());
+    bytes.erase(bytes.begin(), std::ranges::find_if_not(bytes, detail::isBlank));
+    return bytes;
+}
+
+std::string_view viewOf(std::span<const std::uint8_t> bytes) noexcept {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+} // namespace
+
+std::optional<HTTPField::Name> HTTPField::Name::make(std::string_view text) {
+    if (!detail::isToken(text)) return std::nullopt;
+    const std::uint32_t hash = detail::caselessHash(text);
+    if (const TextRecord* record = wellKnownTable.find(text, hash)) return Name(*record);
+    return Name(detail::SharedText::owningCaseless(text, hash));
+}
+
+HTTPField::HTTPField(Name fieldName, std::string&& value)
+    : name(std::move(fieldName))
+    , rawValue_(normalised(std::move(value))) {}
+
+HTTPField::HTTPField(Name fieldName, std::string_view value)
+    : HTTPField(std::move(fieldName), std::string(value)) {}
+
+HTTPField::HTTPField(Name fieldName, const char* value)
+    : HTTPField(std::move(fieldName), std::string(value)) {}
+
+HTTPField::HTTPField(Name fieldName, std::span<const std::uint8_t> value)
+    : HTTPField(std::move(fieldName), std::string(viewOf(value))) {}
+
+void HTTPField::setValue(std::string text) {
+    rawValue_ = ISOLatin1String(normalised(std::move(text)));
+}
+
+bool HTTPField::isValidValue(std::string_view value) noexcept {
+    if (value.empty()) return true;
+    if (detail::isBlank(value.front()) || detail::isBlank(value.back())) return false;
+    bool anyBarred = false;
+    for (const char c : value) { // without an early exit, so that it vectorises
+        anyBarred |= detail::isBarred(c);
+    }
+    return !anyBarred;
+}
+
+bool HTTPField::isValidValue(std::span<const std::uint8_t> value) noexcept {
+    return isValidValue(viewOf(value));
+}
+
+std::string HTTPField::description() const {
+    std::string text(name.rawName());
+    text += ": ";
+    text += value();
+    return text;
+}
+
+} // namespace HTTPTypes::inline v1
+
+std::size_t std::hash<HTTPTypes::HTTPField>::operator()(const HTTPTypes::HTTPField& field) const noexcept {
+    const std::size_t value = std::hash<HTTPTypes::ISOLatin1String>()(field.rawValue());
+    const std::size_t name = field.name.hash() ^ (static_cast<std::size_t>(field.indexingStrategy) << 32U);
+    return value ^ (name + 0x9E3779B97F4A7C15U + (value << 6U) + (value >> 2U));
+}
