@@ -96,12 +96,7 @@ void HTTPField::setValue(std::string text) {
 
 bool HTTPField::isValidValue(std::string_view value) noexcept {
     if (value.empty()) return true;
-    if (detail::isBlank(value.front()) || detail::isBlank(value.back())) return false;
-    bool anyBarred = false;
-    for (const char c : value) { // without an early exit, so that it vectorises
-        anyBarred |= detail::isBarred(c);
-    }
-    return !anyBarred;
+    return !detail::isBlank(value.front()) && !detail::isBlank(value.back()) && !detail::holdsBarred(value);
 }
 
 bool HTTPField::isValidValue(std::span<const std::uint8_t> value) noexcept {

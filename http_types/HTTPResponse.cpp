@@ -44,7 +44,7 @@ detail::SharedText makeReasonPhrase(int code, std::string_view phrase) {
         if (record.text == phrase) return detail::SharedText(record);
     }
     const std::string text = platform::repairedUTF8(phrase);
-    return detail::SharedText::owning(std::ranges::any_of(text, detail::isBarred) ? rebuilt(text) : text);
+    return detail::SharedText::owning(detail::holdsBarred(text) ? rebuilt(text) : text);
 }
 
 constexpr bool isThreeDigits(std::string_view text) noexcept {

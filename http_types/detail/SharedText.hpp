@@ -9,15 +9,6 @@
 
 namespace HTTPTypes::inline v1::detail {
 
-/// FNV-1a, 32 bits, over the lowercased text: the hash of a field name in any spelling.
-[[nodiscard]] constexpr std::uint32_t caselessHash(std::string_view text) noexcept {
-    std::uint32_t hash = 2166136261U;
-    for (const char c : text) {
-        hash = (hash ^ static_cast<unsigned char>(asciiLowercased(c))) * 16777619U;
-    }
-    return hash;
-}
-
 /// A text with its lowercased form and the hash of that: what a `SharedText` points to.
 struct TextRecord {
     std::string_view text{};
