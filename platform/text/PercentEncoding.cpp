@@ -45,18 +45,19 @@ private:
     std::uint64_t words_[2] = {0, 0};
 };
 
-void appendEscape(std::string& output, std::uint8_t byte) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    const char escape[] = {'%', digits[byte >> 4U], digits[byte & 0xFU]};
-    output.append(escape, sizeof escape);
-}
-
 /// Ill-formed bytes come as a negative number.
 bool isLetterMarkOrNumber(UChar32 c) noexcept {
     return c >= 0 && (U_GET_GC_MASK(c) & (U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK)) != 0;
 }
 
 } // namespace
+
+void appendPercentEscape(std::string& output, char byte) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto value = static_cast<std::uint8_t>(byte);
+    const char escape[] = {'%', digits[value >> 4U], digits[value & 0xFU]};
+    output.append(escape, sizeof escape);
+}
 
 void appendPercentEncoded(std::string& output, std::string_view text, std::string_view allowedSymbols) {
     constexpr ASCIISet alphanumerics = ASCIISet::alphanumerics();
@@ -71,7 +72,7 @@ void appendPercentEncoded(std::string& output, std::string_view text, std::strin
         output.append(text, start, next - start);
         if (next == text.size()) return;
         if (bytes[next] < 0x80) {
-            appendEscape(output, bytes[next++]);
+            appendPercentEscape(output, text[next++]);
             continue;
         }
         start = next;
@@ -81,7 +82,7 @@ void appendPercentEncoded(std::string& output, std::string_view text, std::strin
             output.append(text, start, next - start);
         } else {
             for (; start < next; ++start) {
-                appendEscape(output, bytes[start]);
+                appendPercentEscape(output, text[start]);
             }
         }
     }

@@ -21,6 +21,9 @@ namespace platform::inline v1 {
 /// `percentEncoded`, written at the end of `output`.
 QUILLBEAM_EXPORT void appendPercentEncoded(std::string& output, std::string_view text, std::string_view allowedSymbols);
 
+/// Writes one byte's percent-escape at the end of `output`.
+QUILLBEAM_EXPORT void appendPercentEscape(std::string& output, char byte);
+
 /// The text with every percent-escape replaced by its byte. Nothing where a "%" is not followed by two hexadecimal
 /// digits, or where the bytes that result are not well-formed UTF-8.
 [[nodiscard]] QUILLBEAM_EXPORT std::optional<std::string> removingPercentEncoding(std::string_view text);
