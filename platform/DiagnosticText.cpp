@@ -1,6 +1,6 @@
 #include "platform/DiagnosticText.hpp"
 
-#include <charconv>
+#include "platform/text/Numbers.hpp"
 
 namespace platform::inline v1::detail {
 
@@ -38,9 +38,7 @@ void appendQuoted(std::string& out, std::string_view text) {
 }
 
 void appendNumber(std::string& out, double value) {
-    char buffer[32];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
-    out.append(buffer, end);
+    out += shortestText(value);
 }
 
 } // namespace platform::inline v1::detail

@@ -33,12 +33,12 @@ template <>
 struct std::hash<OpenAPIRuntime::ServerVariable> {
     std::size_t operator()(const OpenAPIRuntime::ServerVariable& variable) const noexcept {
         const std::hash<std::string> text;
-        std::size_t hash = text(variable.name) * 31 + text(variable.value);
-        if (!variable.allowedValues) return hash;
-        hash = hash * 31 + variable.allowedValues->size() + 1;
+        std::size_t result = text(variable.name) * 31 + text(variable.value);
+        if (!variable.allowedValues) return result;
+        result = result * 31 + variable.allowedValues->size() + 1;
         for (const auto& value : *variable.allowedValues) {
-            hash = hash * 31 + text(value);
+            result = result * 31 + text(value);
         }
-        return hash;
+        return result;
     }
 };

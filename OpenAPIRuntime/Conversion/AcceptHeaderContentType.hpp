@@ -1,0 +1,84 @@
+#pragma once
+
+#include "OpenAPIRuntime/Conversion/AcceptableProtocol.hpp"
+#include "OpenAPIRuntime/Conversion/OpenAPIMIMEType.hpp"
+#include "OpenAPIRuntime/Conversion/QualityValue.hpp"
+#include "platform/text/ASCII.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace OpenAPIRuntime::inline v1 {
+
+/// One entry of an Accept header: a content type and its quality.
+///
+/// Thread safety: distinct objects: safe; shared objects: safe while nobody changes them.
+template <AcceptableProtocol ContentType>
+struct AcceptHeaderContentType {
+    ContentType contentType;
+    QualityValue quality{};
+
+    explicit AcceptHeaderContentType(ContentType contentType_, QualityValue quality_ = QualityValue())
+        : contentType(std::move(contentType_))
+        , quality(quality_) {}
+
+    /// The entry that a text such as "text/plain; q=0.5" tells; nothing for a text that is no media type, a content
+    /// type that `ContentType` does not know, or a bad quality.
+    [[nodiscard]] static std::optional<AcceptHeaderContentType> fromRawValue(std::string_view rawValue) {
+        const std::optional<OpenAPIMIMEType> type = OpenAPIMIMEType::make(rawValue);
+        if (!type) return std::nullopt;
+        std::optional<QualityValue> quality = QualityValue();
+        if (const auto q = type->parameters.find("q"); q != type->parameters.end()) {
+            quality = QualityValue::fromRawValue(q->second);
+        }
+        if (!quality) return std::nullopt;
+        std::optional<ContentType> contentType =
+            ContentType::fromRawValue(platform::lowercased(type->kind.description()));
+        if (!contentType) return std::nullopt;
+        return AcceptHeaderContentType(std::move(*contentType), *quality);
+    }
+
+    /// The entry as it goes into the header: the content type, and the quality unless it is 1.0.
+    [[nodiscard]] std::string rawValue() const {
+        std::string text(contentType.rawValue());
+        if (!quality.isDefault()) text.append("; q=").append(quality.rawValue());
+        return text;
+    }
+
+    /// All cases of `ContentType` in their order, each at quality 1.0.
+    [[nodiscard]] static std::vector<AcceptHeaderContentType> defaultValues() {
+        std::vector<AcceptHeaderContentType> values;
+        for (auto&& contentType : ContentType::allCases()) {
+            values.emplace_back(std::forward<decltype(contentType)>(contentType));
+        }
+        return values;
+    }
+
+    friend bool operator==(const AcceptHeaderContentType&, const AcceptHeaderContentType&) = default;
+};
+
+/// The entries in descending order of quality; those of equal quality keep their order.
+template <AcceptableProtocol ContentType>
+[[nodiscard]] std::vector<AcceptHeaderContentType<ContentType>>
+sortedByQuality(std::vector<AcceptHeaderContentType<ContentType>> contentTypes) {
+    std::stable_sort(contentTypes.begin(), contentTypes.end(), [](const auto& left, const auto& right) {
+        return left.quality.doubleValue() > right.quality.doubleValue();
+    });
+    return contentTypes;
+}
+
+} // namespace OpenAPIRuntime::inline v1
+
+template <class ContentType>
+struct std::hash<OpenAPIRuntime::AcceptHeaderContentType<ContentType>> {
+    std::size_t operator()(const OpenAPIRuntime::AcceptHeaderContentType<ContentType>& value) const {
+        return std::hash<ContentType>()(value.contentType) * 31 +
+               std::hash<OpenAPIRuntime::QualityValue>()(value.quality);
+    }
+};
