@@ -4,6 +4,8 @@
 #include "platform/TypeName.hpp"
 
 #include <concepts>
+#include <cstddef>
+#include <iterator>
 #include <optional>
 #include <ranges>
 #include <string>
@@ -19,6 +21,11 @@ namespace platform::inline v1 {
 
 template <class T>
 void appendDiagnosticText(std::string& out, const T& value);
+
+class RecordFields;
+QUILLBEAM_EXPORT void describeRecord(std::string& out, const RecordFields& fields, const void* record);
+template <class E>
+struct RawValues;
 
 namespace detail {
 
@@ -50,6 +57,13 @@ concept RawValuedByFunction = std::is_enum_v<T> && requires(const T& value) {
 };
 
 template <class T>
+concept DescribedByFields =
+    requires(std::string& out, const T& value) { describeRecord(out, T::recordFields(), &value); };
+
+template <class T>
+concept DescribedByRawValues = std::is_enum_v<T> && requires { std::size(RawValues<T>::values); };
+
+template <class T>
 concept PairLike = requires(const T& value) {
     value.first;
     value.second;
@@ -72,6 +86,8 @@ inline constexpr bool isVariant<std::variant<T...>> = true;
 /// - `describe(std::string& out, const T& value)`, found by argument-dependent lookup: the way for a type to say its
 /// text;
 /// - the value's `prettyDescription()`, `description()` or `rawValue()`, or the enumeration's `rawValue(value)`;
+/// - the fields that a record declares, as TagDTO(id: "1", name: "x"), and the raw values of an enumeration
+///   (platform/coding/Record.hpp, RawValues.hpp);
 /// - for the language's own types: true or false, decimal digits, the quoted string, the elements as [a, b], the
 /// entries
 ///   of a map as [key: value], the contained value or "nil", the alternative that a variant holds;
@@ -89,6 +105,11 @@ void appendDiagnosticText(std::string& out, const T& value) {
         out += value.rawValue();
     } else if constexpr (RawValuedByFunction<T>) {
         out += rawValue(value);
+    } else if constexpr (DescribedByFields<T>) {
+        describeRecord(out, T::recordFields(), &value);
+    } else if constexpr (DescribedByRawValues<T>) {
+        const auto index = static_cast<std::size_t>(value);
+        if (index < std::size(RawValues<T>::values)) out += RawValues<T>::values[index];
     } else if constexpr (std::same_as<T, bool>) {
         out += value ? "true" : "false";
     } else if constexpr (std::same_as<T, char>) {

@@ -1,0 +1,149 @@
+#pragma once
+
+#include "platform/DiagnosticText.hpp"
+#include "platform/Export.hpp"
+#include "platform/coding/Coding.hpp"
+#include "platform/coding/HashValue.hpp"
+#include "platform/coding/Record.hpp"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+/// For the source file of a record: the one table of its fields.
+///
+///     const platform::RecordFields& TagDTO::recordFields() {
+///         using platform::field;
+///         static const platform::RecordTable table("TagDTO", field("id", &TagDTO::id), field("name", &TagDTO::name));
+///         return table;
+///     }
+///
+/// Fields are encoded and described in the table's order. A `std::optional` member may be missing or null and is left
+/// out where it has no value; any other member is required. Members that the table does not name are ignored on
+/// decoding.
+namespace platform::inline v1 {
+
+namespace detail {
+
+/// What can be done to a field, by its type.
+struct FieldOperations {
+    void (*decode)(KeyedDecodingContainer& container, std::string_view key, void* member);
+    void (*encode)(KeyedEncodingContainer& container, std::string_view key, const void* member);
+    std::size_t (*hash)(const void* member);
+    void (*describe)(std::string& out, const void* member);
+};
+
+template <class M>
+inline constexpr FieldOperations fieldOperations{
+    [](KeyedDecodingContainer& container, std::string_view key, void* member) {
+        if constexpr (isOptional<M>) {
+            container.decodeIfPresent(key, *static_cast<M*>(member));
+        } else {
+            container.decode(key, *static_cast<M*>(member));
+        }
+    },
+    [](KeyedEncodingContainer& container, std::string_view key, const void* member) {
+        if constexpr (isOptional<M>) {
+            container.encodeIfPresent(key, *static_cast<const M*>(member));
+        } else {
+            container.encode(key, *static_cast<const M*>(member));
+        }
+    },
+    [](const void* member) { return hashValue(*static_cast<const M*>(member)); },
+    [](std::string& out, const void* member) { appendDiagnosticText(out, *static_cast<const M*>(member)); },
+};
+
+/// One row of a record's table, without types.
+struct FieldSlot {
+    std::string_view key;
+    std::string_view label;
+    const FieldOperations* operations = nullptr;
+    std::size_t offset = 0; ///< of the member in the record, in bytes
+};
+
+} // namespace detail
+
+/// One field: the key it has when coded, the member, and the name it has in diagnostic text.
+template <class T, class M>
+struct Field {
+    std::string_view key;
+    M T::* member;
+    std::string_view label;
+};
+
+/// @param key must live as long as the process: a literal
+/// @param label the member's name where it is not the key
+template <class T, class M>
+[[nodiscard]] constexpr Field<T, M> field(std::string_view key, M T::* member, std::string_view label = {}) {
+    return {key, member, label.empty() ? key : label};
+}
+
+/// The fields of a record without its type: what coding, hashing and diagnostic text share.
+class QUILLBEAM_EXPORT RecordFields {
+public:
+    RecordFields(const RecordFields&) = delete;
+    RecordFields& operator=(const RecordFields&) = delete;
+
+    [[nodiscard]] std::string_view typeName() const noexcept { return typeName_; }
+
+    /// The fields in the order of declaration.
+    [[nodiscard]] std::span<const detail::FieldSlot> slots() const noexcept { return slots_; }
+
+    /// The positions of the fields in ascending order of their keys.
+    [[nodiscard]] std::span<const std::uint16_t> sorted() const noexcept { return sorted_; }
+
+protected:
+    RecordFields(
+        std::string_view typeName, std::span<detail::FieldSlot> slots, std::span<std::uint16_t> sorted
+    ) noexcept
+        : typeName_(typeName)
+        , slots_(slots)
+        , sorted_(sorted) {}
+
+    ~RecordFields() = default;
+
+    /// To be called once the slots are filled.
+    static void sortByKey(std::span<const detail::FieldSlot> slots, std::span<std::uint16_t> sorted);
+
+private:
+    std::string_view typeName_;
+    std::span<const detail::FieldSlot> slots_;
+    std::span<const std::uint16_t> sorted_;
+};
+
+/// The fields of the record `T`. To be made once, as a static object, in place.
+template <class T, std::size_t N>
+class RecordTable final : public RecordFields {
+public:
+    /// @param typeName the record's name in texts; must live as long as the process
+    template <class... M>
+    explicit RecordTable(std::string_view typeName, Field<T, M>... fields)
+        : RecordFields(typeName, slots_, sorted_) {
+        const T probe{}; // offsets are measured on a live object: a pointer to member does not tell them portably
+        const auto offsetOf = [&probe](const auto& member) {
+            return static_cast<std::size_t>(
+                reinterpret_cast<const std::byte*>(std::addressof(member)) -
+                reinterpret_cast<const std::byte*>(std::addressof(probe))
+            );
+        };
+        slots_ = {detail::FieldSlot{
+            fields.key, fields.label, &detail::fieldOperations<M>, offsetOf(probe.*(fields.member))
+        }...};
+        sortByKey(slots_, sorted_);
+    }
+
+private:
+    std::array<detail::FieldSlot, N> slots_{};
+    std::array<std::uint16_t, N> sorted_{};
+};
+
+template <class T, class... M>
+RecordTable(std::string_view, Field<T, M>...) -> RecordTable<T, sizeof...(M)>;
+
+} // namespace platform::inline v1
