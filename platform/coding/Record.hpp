@@ -4,8 +4,7 @@
 
 #include <concepts>
 #include <cstddef>
-#include <functional>
-#include <string>
+#include <string> // and with it the declaration of std::hash
 
 namespace platform::inline v1 {
 
