@@ -455,8 +455,11 @@ std::string HTTPFields::prettyDescription() const {
     for (const HTTPField& field : *this) {
         sorted.push_back(&field);
     }
-    std::ranges::stable_sort(sorted, [](const HTTPField* left, const HTTPField* right) {
-        return platform::localizedCaseInsensitiveCompare(left->name.canonicalName(), right->name.canonicalName()) < 0;
+    // Fields of one name keep their order, which is that of their addresses.
+    std::ranges::sort(sorted, [](const HTTPField* left, const HTTPField* right) {
+        const auto order =
+            platform::localizedCaseInsensitiveCompare(left->name.canonicalName(), right->name.canonicalName());
+        return order == 0 ? left < right : order < 0;
     });
     std::string text;
     for (const HTTPField* field : sorted) {

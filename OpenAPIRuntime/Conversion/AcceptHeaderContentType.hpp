@@ -67,9 +67,14 @@ struct AcceptHeaderContentType {
 template <AcceptableProtocol ContentType>
 [[nodiscard]] std::vector<AcceptHeaderContentType<ContentType>>
 sortedByQuality(std::vector<AcceptHeaderContentType<ContentType>> contentTypes) {
-    std::stable_sort(contentTypes.begin(), contentTypes.end(), [](const auto& left, const auto& right) {
-        return left.quality.doubleValue() > right.quality.doubleValue();
-    });
+    // A stable sort by insertion: an Accept header has a handful of entries.
+    for (auto entry = contentTypes.begin(); entry != contentTypes.end(); ++entry) {
+        const auto place =
+            std::upper_bound(contentTypes.begin(), entry, *entry, [](const auto& left, const auto& right) {
+                return left.quality.doubleValue() > right.quality.doubleValue();
+            });
+        std::rotate(place, entry, entry + 1);
+    }
     return contentTypes;
 }
 
