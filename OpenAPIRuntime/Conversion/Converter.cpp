@@ -43,12 +43,12 @@ Converter::Converter(Configuration configuration) {
     const auto transcoder = configuration.dateTranscoder;
     const auto encodeDate = [transcoder](platform::Date date) { return transcoder->encode(date); };
     const auto decodeDate = [transcoder](std::string_view text) { return transcoder->decode(text); };
-    using Formatting = platform::JSONEncoder::OutputFormatting;
+    using platform::JSONEncoder;
     parts_ = std::make_shared<const Parts>(Parts{
         std::move(configuration),
-        platform::JSONEncoder(Formatting::sortedKeys | Formatting::prettyPrinted, encodeDate),
+        JSONEncoder(JSONEncoder::sortedKeys | JSONEncoder::prettyPrinted, encodeDate),
         platform::JSONDecoder(decodeDate),
-        platform::JSONEncoder(Formatting::sortedKeys | Formatting::withoutEscapingSlashes, encodeDate),
+        JSONEncoder(JSONEncoder::sortedKeys | JSONEncoder::withoutEscapingSlashes, encodeDate),
     });
 }
 
