@@ -21,10 +21,10 @@ template <class T>
 [[nodiscard]] std::size_t hashValue(const T& value) {
     if constexpr (requires { value.time_since_epoch().count(); }) {
         return hashValue(value.time_since_epoch().count());
-    } else if constexpr (requires {
-                             value.has_value();
-                             *value;
-                             value.reset();
+    } else if constexpr (requires(T& optional) {
+                             optional.has_value();
+                             *optional;
+                             optional.reset();
                          }) {
         return value.has_value() ? combinedHash(1, hashValue(*value)) : 0;
     } else if constexpr (requires {
