@@ -56,12 +56,12 @@ private:
 
 constexpr WellKnownTable wellKnownTable;
 
-std::string normalised(std::string bytes) {
-    if (HTTPField::isValidValue(bytes)) return bytes;
+/// Each barred byte becomes a space, then the blanks at both ends go.
+[[gnu::cold]] ISOLatin1String repaired(std::string bytes) {
     std::ranges::replace_if(bytes, detail::isBarred, ' ');
     bytes.erase(std::find_if_not(bytes.rbegin(), bytes.rend(), detail::isBlank).base(), bytes.end());
     bytes.erase(bytes.begin(), std::ranges::find_if_not(bytes, detail::isBlank));
-    return bytes;
+    return ISOLatin1String(std::move(bytes));
 }
 
 std::string_view viewOf(std::span<const std::uint8_t> bytes) noexcept {
@@ -71,27 +71,28 @@ std::string_view viewOf(std::span<const std::uint8_t> bytes) noexcept {
 } // namespace
 
 std::optional<HTTPField::Name> HTTPField::Name::make(std::string_view text) {
-    if (!detail::isToken(text)) return std::nullopt;
     const std::uint32_t hash = detail::caselessHash(text);
     if (const TextRecord* record = wellKnownTable.find(text, hash)) return Name(*record);
+    if (!detail::isToken(text)) return std::nullopt;
     return Name(detail::SharedText::owningCaseless(text, hash));
 }
 
 HTTPField::HTTPField(Name fieldName, std::string&& value)
     : name(std::move(fieldName))
-    , rawValue_(normalised(std::move(value))) {}
+    , rawValue_(isValidValue(value) ? ISOLatin1String(std::move(value)) : repaired(std::move(value))) {}
 
 HTTPField::HTTPField(Name fieldName, std::string_view value)
-    : HTTPField(std::move(fieldName), std::string(value)) {}
+    : name(std::move(fieldName))
+    , rawValue_(isValidValue(value) ? ISOLatin1String(value) : repaired(std::string(value))) {}
 
 HTTPField::HTTPField(Name fieldName, const char* value)
-    : HTTPField(std::move(fieldName), std::string(value)) {}
+    : HTTPField(std::move(fieldName), std::string_view(value)) {}
 
 HTTPField::HTTPField(Name fieldName, std::span<const std::uint8_t> value)
-    : HTTPField(std::move(fieldName), std::string(viewOf(value))) {}
+    : HTTPField(std::move(fieldName), viewOf(value)) {}
 
 void HTTPField::setValue(std::string text) {
-    rawValue_ = ISOLatin1String(normalised(std::move(text)));
+    rawValue_ = isValidValue(text) ? ISOLatin1String(std::move(text)) : repaired(std::move(text));
 }
 
 bool HTTPField::isValidValue(std::string_view value) noexcept {

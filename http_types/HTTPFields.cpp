@@ -21,10 +21,11 @@ using Position = std::uint16_t;
 /// Ends a chain; never the position of a field.
 constexpr Position endOfChain = 0xFFFF;
 
-/// Up to this many fields a scan over the names, which compares pointers and hashes, beats building an index.
-constexpr std::size_t scanLimit = 8;
+/// Up to this many fields a scan over the hashes of the names beats building an index.
+constexpr std::size_t scanLimit = 16;
 
-constexpr std::size_t firstCapacity = 8;
+/// Room for the head of most messages without growing.
+constexpr std::size_t firstCapacity = 16;
 
 void refusePseudoName(const HTTPField& field) {
     if (field.name.isPseudo()) {
@@ -110,7 +111,7 @@ private:
     }
 
     std::vector<Position> next_;
-    std::vector<Slot> slots_ = std::vector<Slot>(4 * scanLimit); // a power of two, at most half of it taken
+    std::vector<Slot> slots_ = std::vector<Slot>(64); // a power of two, at most half of it taken
     std::size_t distinctNames_ = 0;
 };
 
@@ -158,8 +159,10 @@ struct HTTPFields::Storage {
     }
 
     [[nodiscard]] Position scan(std::size_t from, const HTTPField::Name& name) const noexcept {
-        for (std::size_t i = from; i < fields.size(); ++i) {
-            if (fields[i].name == name) return static_cast<Position>(i);
+        const HTTPField* const start = fields.data();
+        const HTTPField* const end = start + fields.size();
+        for (const HTTPField* field = start + from; field != end; ++field) {
+            if (field->name == name) return static_cast<Position>(field - start);
         }
         return endOfChain;
     }
@@ -224,14 +227,12 @@ HTTPFields::~HTTPFields() {
 }
 
 HTTPFields::Storage& HTTPFields::uniqueStorage() {
-    if (storage_ == nullptr) {
-        storage_ = new Storage;
-    } else if (storage_->isShared()) {
-        auto* const own = new Storage(*storage_);
-        storage_->release();
-        storage_ = own;
-    }
-    return *storage_;
+    if (storage_ != nullptr && !storage_->isShared()) [[likely]]
+        return *storage_;
+    Storage* const own = storage_ == nullptr ? new Storage : new Storage(*storage_);
+    clear();
+    storage_ = own;
+    return *own;
 }
 
 std::optional<std::string> HTTPFields::value(const HTTPField::Name& name) const {
@@ -318,9 +319,13 @@ void HTTPFields::setFields(const HTTPField::Name& selector, std::vector<HTTPFiel
 }
 
 HTTPFields::const_iterator HTTPFields::find(const HTTPField::Name& name) const noexcept {
-    if (storage_ == nullptr) return end();
+    if (storage_ == nullptr) return nullptr;
     const Position position = storage_->first(name);
-    return position == endOfChain ? end() : begin() + position;
+    return storage_->fields.data() + (position == endOfChain ? storage_->fields.size() : position);
+}
+
+bool HTTPFields::contains(const HTTPField::Name& name) const noexcept {
+    return storage_ != nullptr && storage_->first(name) != endOfChain;
 }
 
 HTTPFields::size_type HTTPFields::size() const noexcept {
@@ -455,11 +460,10 @@ std::string HTTPFields::prettyDescription() const {
     for (const HTTPField& field : *this) {
         sorted.push_back(&field);
     }
-    // Fields of one name keep their order, which is that of their addresses.
     std::ranges::sort(sorted, [](const HTTPField* left, const HTTPField* right) {
         const auto order =
             platform::localizedCaseInsensitiveCompare(left->name.canonicalName(), right->name.canonicalName());
-        return order == 0 ? left < right : order < 0;
+        return order == 0 ? left < right : order < 0; // the fields of one name stay in their order
     });
     std::string text;
     for (const HTTPField* field : sorted) {

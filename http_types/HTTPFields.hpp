@@ -97,7 +97,7 @@ public:
     /// Replaces the fields of `name` by these, which all carry that name, in the manner of `setValues`.
     void setFields(const HTTPField::Name& name, std::vector<HTTPField> fields);
 
-    [[nodiscard]] bool contains(const HTTPField::Name& name) const noexcept { return find(name) != end(); }
+    [[nodiscard]] bool contains(const HTTPField::Name& name) const noexcept;
 
     /// The first field of `name`, or `end()`; copies nothing.
     [[nodiscard]] const_iterator find(const HTTPField::Name& name) const noexcept;

@@ -20,8 +20,12 @@ public:
     ISOLatin1String() = default;
 
     /// Takes over the UTF-8 bytes of `text`.
-    explicit ISOLatin1String(std::string text) noexcept
+    explicit ISOLatin1String(std::string&& text) noexcept
         : bytes_(std::move(text)) {}
+
+    /// Copies the UTF-8 bytes of `text`.
+    explicit ISOLatin1String(std::string_view text)
+        : bytes_(text) {}
 
     /// Copies `bytes`.
     explicit ISOLatin1String(std::span<const std::uint8_t> bytes)

@@ -46,28 +46,37 @@ inline constexpr std::array<bool, 256> isTokenCharacter = [] {
     return word;
 }
 
+/// Calls `visit` with words of 8 bytes that together hold every byte of the text, some of them twice, and else only
+/// spaces. No word for an empty text.
+template <typename Visit>
+[[gnu::always_inline]] constexpr void forEachWord(std::string_view text, Visit&& visit) noexcept {
+    const char* const bytes = text.data();
+    const std::size_t size = text.size();
+    if (size >= 8) {
+        for (std::size_t i = 0; i + 8 < size; i += 8) {
+            visit(wordAt(bytes + i, 8));
+        }
+        visit(wordAt(bytes + size - 8, 8));
+    } else if (size >= 4) {
+        visit(wordAt(bytes, 4) | wordAt(bytes + size - 4, 4) << 32U);
+    } else if (size > 0) {
+        visit(
+            wordAt(bytes, 1) | wordAt(bytes + size / 2, 1) << 8U | wordAt(bytes + size - 1, 1) << 16U |
+            0x2020202020000000U
+        );
+    }
+}
+
 /// A hash that is the same for texts that differ in the case of ASCII letters only. Not stable across versions.
 [[nodiscard]] constexpr std::uint32_t caselessHash(std::string_view text) noexcept {
     // Setting bit 5 makes one of upper and lower case; that it does so to some marks, too, costs a collision at most.
     constexpr std::uint64_t lowercasing = 0x2020202020202020U;
     constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15U;
-    const char* at = text.data();
-    std::size_t left = text.size();
-    std::uint64_t hash = left * multiplier;
-    const auto mix = [&hash](std::uint64_t word) {
+    std::uint64_t hash = text.size() * multiplier;
+    forEachWord(text, [&hash](std::uint64_t word) {
         hash = (hash ^ (word | lowercasing)) * multiplier;
         hash ^= hash >> 32U;
-    };
-    for (; left > 8; left -= 8, at += 8) {
-        mix(wordAt(at, 8));
-    }
-    if (left == 8 || text.size() >= 8) {
-        mix(wordAt(text.data() + text.size() - 8, 8)); // overlaps the word before
-    } else if (left >= 4) {
-        mix(wordAt(at, 4) | wordAt(at + left - 4, 4) << 32U);
-    } else if (left > 0) {
-        mix(wordAt(at, 1) | wordAt(at + left / 2, 1) << 8U | wordAt(at + left - 1, 1) << 16U);
-    }
+    });
     return static_cast<std::uint32_t>(hash);
 }
 
@@ -85,20 +94,16 @@ inline constexpr std::array<bool, 256> isTokenCharacter = [] {
 /// True when any byte is barred.
 [[nodiscard]] constexpr bool holdsBarred(std::string_view text) noexcept {
     constexpr std::uint64_t ones = 0x0101010101010101U;
-    constexpr std::uint64_t highs = 0x8080808080808080U;
-    const auto anyBarred = [](std::string_view bytes) {
-        for (const char c : bytes) {
-            if (isBarred(c)) return true;
-        }
-        return false;
-    };
-    for (; text.size() >= 8; text.remove_prefix(8)) {
-        const std::uint64_t word = wordAt(text.data(), 8);
-        const std::uint64_t zeroWhere7F = word ^ (ones * 0x7F);
-        const std::uint64_t suspects = ((word - ones * 0x20) & ~word) | ((zeroWhere7F - ones) & ~zeroWhere7F);
-        if ((suspects & highs) != 0 && anyBarred(text.substr(0, 8))) return true; // it may be a tab
+    std::uint64_t suspects = 0; // bit 7 of some byte is set when there is a byte below 0x20 or a 0x7F
+    forEachWord(text, [&suspects](std::uint64_t word) {
+        const std::uint64_t zeroFor7F = word ^ (ones * 0x7F);
+        suspects |= ((word - ones * 0x20) & ~word) | ((zeroFor7F - ones) & ~zeroFor7F);
+    });
+    if ((suspects & (ones * 0x80)) == 0) return false;
+    for (const char c : text) { // it may have been a tab
+        if (isBarred(c)) return true;
     }
-    return anyBarred(text);
+    return false;
 }
 
 } // namespace HTTPTypes::inline v1::detail

@@ -41,7 +41,7 @@ public:
     /// Copies `text`, without a lowercased form. One allocation.
     [[nodiscard]] static SharedText owning(std::string_view text);
 
-    /// Copies `text` and adds its lowercased form; `hash` is its `caselessHash`. One allocation.
+    /// Copies `text`, which is ASCII, and adds its lowercased form; `hash` is its `caselessHash`. One allocation.
     [[nodiscard]] static SharedText owningCaseless(std::string_view text, std::uint32_t hash);
 
     constexpr SharedText(const SharedText& other) noexcept
