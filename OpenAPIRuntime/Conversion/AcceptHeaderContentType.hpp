@@ -21,8 +21,12 @@ namespace OpenAPIRuntime::inline v1 {
 /// Thread safety: distinct objects: safe; shared objects: safe while nobody changes them.
 template <AcceptableProtocol ContentType>
 struct AcceptHeaderContentType {
-    ContentType contentType;
+    ContentType contentType{};
     QualityValue quality{};
+
+    AcceptHeaderContentType()
+        requires std::default_initializable<ContentType>
+    = default;
 
     explicit AcceptHeaderContentType(ContentType contentType_, QualityValue quality_ = QualityValue())
         : contentType(std::move(contentType_))

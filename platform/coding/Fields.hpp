@@ -37,6 +37,8 @@ struct FieldOperations {
     void (*encode)(KeyedEncodingContainer& container, std::string_view key, const void* member);
     std::size_t (*hash)(const void* member);
     void (*describe)(std::string& out, const void* member);
+    bool (*hasValue)(const void* member);
+    void (*encodeAlone)(Encoder& encoder, const void* member); ///< without the key
 };
 
 template <class M>
@@ -57,6 +59,12 @@ inline constexpr FieldOperations fieldOperations{
     },
     [](const void* member) { return hashValue(*static_cast<const M*>(member)); },
     [](std::string& out, const void* member) { appendDiagnosticText(out, *static_cast<const M*>(member)); },
+    [](const void* member) {
+        if constexpr (isOptional<M>) return static_cast<const M*>(member)->has_value();
+        static_cast<void>(member);
+        return true;
+    },
+    [](Encoder& encoder, const void* member) { Coding<M>::encode(encoder, *static_cast<const M*>(member)); },
 };
 
 /// One row of a record's table, without types.
@@ -145,5 +153,32 @@ private:
 
 template <class T, class... M>
 RecordTable(std::string_view, Field<T, M>...) -> RecordTable<T, sizeof...(M)>;
+
+/// One field of one record, without their types: for code that treats the fields of any record one by one.
+///
+/// It can be encoded, as the field's value without its key. It refers to the record, which must outlive it.
+class FieldValue {
+public:
+    FieldValue(const detail::FieldSlot& slot, const void* record) noexcept
+        : slot_(&slot)
+        , member_(static_cast<const std::byte*>(record) + slot.offset) {}
+
+    /// The key that the field has when coded.
+    [[nodiscard]] std::string_view key() const noexcept { return slot_->key; }
+
+    /// False for an optional field without a value.
+    [[nodiscard]] bool hasValue() const { return slot_->operations->hasValue(member_); }
+
+    void encode(Encoder& encoder) const { slot_->operations->encodeAlone(encoder, member_); }
+
+private:
+    const detail::FieldSlot* slot_;
+    const std::byte* member_;
+};
+
+template <>
+struct Coding<FieldValue> {
+    static void encode(Encoder& encoder, const FieldValue& value) { value.encode(encoder); }
+};
 
 } // namespace platform::inline v1
