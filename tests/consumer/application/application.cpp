@@ -1,0 +1,26 @@
+#include "OpenAPIRuntime/Interface/ClientError.hpp"
+#include "OpenAPIURLSession/URLSessionTransport.hpp"
+#include "QuillbeamAPI/Client.hpp"
+#include "QuillbeamAPI/Domains.hpp"
+#include "QuillbeamAPI/Servers.hpp"
+#include "platform/concurrency/SyncWait.hpp"
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+// A request path that no URL can hold ends the call before anything goes on the wire: the whole library is linked and
+// runs, and no server is needed.
+int main() {
+    const auto transport = std::make_shared<OpenAPIURLSession::URLSessionTransport>(
+        OpenAPIURLSession::URLSessionTransport::Configuration(std::make_shared<platform::URLSession>())
+    );
+    const auto base = platform::URL::make("mailto:nobody");
+    QuillbeamAPI::Client client(*base, transport);
+    try {
+        (void)platform::syncWait(client.getDomains());
+        return 1;
+    } catch (const OpenAPIRuntime::ClientError& error) {
+        return std::strstr(error.what(), "Invalid request URL") != nullptr ? 0 : 2;
+    }
+}
