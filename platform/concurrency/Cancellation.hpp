@@ -1,12 +1,15 @@
 #pragma once
 
 #include "platform/Export.hpp"
+#include "platform/concurrency/Task.hpp"
 #include "platform/concurrency/detail/TaskContext.hpp"
 
+#include <concepts>
 #include <coroutine>
 #include <exception>
 #include <memory>
 #include <stop_token>
+#include <utility>
 
 namespace platform::inline v1 {
 
@@ -61,6 +64,18 @@ struct CurrentExecutor : ContextAwaiter {
 /// `auto executor = co_await currentExecutor();` gives the executor that the current task runs on. Never suspends.
 [[nodiscard]] inline detail::CurrentExecutor currentExecutor() noexcept {
     return {};
+}
+
+/// Runs `operation` and calls `onCancel` if the current task is cancelled before it ended.
+///
+/// `onCancel` is registered before `operation` starts, so that no cancellation is missed: where the task was cancelled
+/// already, it is called first. It is called at most once, on the thread that cancels, possibly while `operation` runs;
+/// it must not throw. By itself it ends nothing: `operation` still runs to its end, which the handler brings nearer.
+template <class T, std::invocable Handler>
+Task<T> withCancellationHandler(Task<T> operation, Handler onCancel) {
+    const std::stop_token token = co_await currentStopToken();
+    const std::stop_callback<Handler> registration(token, std::move(onCancel));
+    co_return co_await std::move(operation);
 }
 
 } // namespace platform::inline v1

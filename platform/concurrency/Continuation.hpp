@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.hpp"
 #include "platform/ProgrammingError.hpp"
 #include "platform/concurrency/Executor.hpp"
 #include "platform/concurrency/Result.hpp"
@@ -11,7 +12,6 @@
 #include <exception>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <stop_token>
 #include <utility>
 
@@ -130,14 +130,19 @@ public:
     [[nodiscard]] bool await_ready() const noexcept { return false; }
 
     bool await_suspend(std::coroutine_handle<> waiting) {
-        using Stage = typename ContinuationState<T>::Stage;
         state_.waiting = waiting;
         if constexpr (!std::same_as<OnCancel, NoCancellationHandler>) {
             handler_.emplace(state_.context->stopToken, Handler{this}); // runs at once where cancelled already
         }
-        body_(Continuation<T>(state_));
-        Stage expected = Stage::running;
-        return state_.stage.compare_exchange_strong(expected, Stage::suspended, std::memory_order_acq_rel);
+        try {
+            body_(Continuation<T>(state_));
+        } catch (...) {
+            // The error leaves the await and takes the state with it: sound only if the continuation is gone as well.
+            if (suspend())
+                stopOnProgrammingError("A continuation's body failed after it had handed the continuation on.");
+            throw;
+        }
+        return suspend();
     }
 
     T await_resume() {
@@ -146,6 +151,14 @@ public:
     }
 
 private:
+    using Stage = typename ContinuationState<T>::Stage;
+
+    /// False where the continuation was resumed already.
+    bool suspend() noexcept {
+        Stage expected = Stage::running;
+        return state_.stage.compare_exchange_strong(expected, Stage::suspended, std::memory_order_acq_rel);
+    }
+
     struct Handler {
         ContinuationAwaitable* self;
 
@@ -169,6 +182,11 @@ private:
 /// `onCancel` is called, on any thread and at most once, when the task's token is asked to stop before the task goes
 /// on; it is registered before `body` runs and is called before it where the token was asked already. It has to make
 /// somebody resume the continuation; by itself it ends nothing.
+///
+/// An exception of `body` leaves the `co_await`, unless `body` had handed the continuation on before it: that stops the
+/// program, since there would be nothing left to resume.
+///
+/// Allocates nothing. Resumed within its body it costs a few nanoseconds, else one post to the executor.
 ///
 /// Name `body` and `onCancel` before the `co_await` (see CONTRIBUTING.md).
 /// @throws what the continuation fails with; `AbandonedContinuationError` where it was dropped

@@ -7,9 +7,7 @@ RunLoop::~RunLoop() = default;
 void RunLoop::post(Job& job) noexcept {
     {
         const std::lock_guard lock(mutex_);
-        job.next = nullptr;
-        (last_ ? last_->next : first_) = &job;
-        last_ = &job;
+        jobs_.push(job);
     }
     arrived_.notify_one();
 }
@@ -17,13 +15,11 @@ void RunLoop::post(Job& job) noexcept {
 void RunLoop::run() noexcept {
     std::unique_lock lock(mutex_);
     while (true) {
-        arrived_.wait(lock, [this] { return first_ || stopped_; });
-        if (!first_) break;
-        Job* job = first_;
-        first_ = job->next;
-        if (!first_) last_ = nullptr;
+        arrived_.wait(lock, [this] { return !jobs_.isEmpty() || stopped_; });
+        if (jobs_.isEmpty()) break;
+        Job& job = jobs_.pop();
         lock.unlock();
-        job->run(job); // may destroy the job
+        job.run(&job); // may destroy the job
         lock.lock();
     }
     stopped_ = false;

@@ -2,6 +2,7 @@
 
 #include "platform/Export.hpp"
 #include "platform/concurrency/Executor.hpp"
+#include "platform/concurrency/detail/JobQueue.hpp"
 
 #include <condition_variable>
 #include <mutex>
@@ -9,6 +10,8 @@
 namespace platform::inline v1 {
 
 /// An executor whose jobs run on the thread that calls `run`, first in, first out.
+///
+/// Every job must have run before the loop is destroyed. Posting and running a job take constant time.
 ///
 /// Thread safety: `post` and `stop` from any thread; `run` from one thread at a time.
 class QUILLBEAM_EXPORT RunLoop final : public Executor {
@@ -27,8 +30,7 @@ public:
 private:
     std::mutex mutex_{};
     std::condition_variable arrived_{};
-    Job* first_ = nullptr;
-    Job* last_ = nullptr;
+    detail::JobQueue jobs_{};
     bool stopped_ = false;
 };
 
