@@ -25,7 +25,8 @@ const ScriptedServer::Script fine =
 TEST(Requests, GoOutAsGivenAndWithNothingElse) {
     ScriptedServer server(fine);
     const std::string host = "\r\nHost: 127.0.0.1:" + std::to_string(server.port());
-    const std::string encoding = "\r\nAccept-Encoding: deflate, gzip, br, zstd";
+    // Which encodings are asked for depends on how the engine was built.
+    const std::string encoding = "\r\nAccept-Encoding: ...";
 
     auto plain = request(server.url("/a/../b//%7e%41?q=%20&r"));
     auto fields = request(server.url());
@@ -67,7 +68,10 @@ TEST(Requests, GoOutAsGivenAndWithNothingElse) {
     for (const auto& row : rows) {
         const Outcome outcome = load(session, row.what);
         EXPECT_EQ(outcome.text(), "200 fine") << outcome.errorText();
-        const Request got = server.requests().back();
+        Request got = server.requests().back();
+        if (const auto names = got.field("Accept-Encoding"); names.find("gzip") != std::string::npos) {
+            got.head.replace(got.head.find(names), names.size(), "...");
+        }
         EXPECT_EQ(got.head, row.head);
         EXPECT_TRUE(got.body == row.body);
     }
