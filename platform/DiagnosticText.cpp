@@ -41,4 +41,9 @@ void appendNumber(std::string& out, double value) {
     out += shortestText(value);
 }
 
+void appendMoment(std::string& out, long long microseconds) {
+    out +=
+        formatDate(Date(std::chrono::microseconds(microseconds)), ISO8601Format::internetDateTimeWithFractionalSeconds);
+}
+
 } // namespace platform::inline v1::detail

@@ -32,6 +32,8 @@ namespace detail {
 /// `text` in quotes, with quotes, backslashes and control characters escaped.
 QUILLBEAM_EXPORT void appendQuoted(std::string& out, std::string_view text);
 QUILLBEAM_EXPORT void appendNumber(std::string& out, double value);
+/// A moment as 2024-01-02T03:04:05.678Z.
+QUILLBEAM_EXPORT void appendMoment(std::string& out, long long microseconds);
 
 template <class T>
 concept DescribedByFunction = requires(std::string& out, const T& value) { describe(out, value); };
@@ -62,6 +64,14 @@ concept DescribedByFields =
 
 template <class T>
 concept DescribedByRawValues = std::is_enum_v<T> && requires { std::size(RawValues<T>::values); };
+
+/// A `Date`, told without including its header: that one is heavy, and few texts hold dates.
+template <class T>
+concept Moment = requires(const T& value) {
+    typename T::clock;
+    requires T::period::num == 1 && T::period::den == 1'000'000;
+    value.time_since_epoch().count();
+};
 
 template <class T>
 concept PairLike = requires(const T& value) {
@@ -107,6 +117,8 @@ void appendDiagnosticText(std::string& out, const T& value) {
         out += rawValue(value);
     } else if constexpr (DescribedByFields<T>) {
         describeRecord(out, T::recordFields(), &value);
+    } else if constexpr (Moment<T>) {
+        appendMoment(out, value.time_since_epoch().count());
     } else if constexpr (DescribedByRawValues<T>) {
         const auto index = static_cast<std::size_t>(value);
         if (index < std::size(RawValues<T>::values)) out += RawValues<T>::values[index];

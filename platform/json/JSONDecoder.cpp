@@ -1,0 +1,488 @@
+#include "platform/json/JSONDecoder.hpp"
+
+#include "platform/json/detail/JSONDocument.hpp"
+#include "platform/json/detail/JSONNumber.hpp"
+
+#include <chrono>
+#include <cmath>
+
+namespace platform::inline v1 {
+
+namespace {
+
+using detail::JSONDocument;
+using detail::JSONKind;
+using detail::JSONNode;
+
+/// What one call of `decode` works on.
+struct Source {
+    const JSONDecoder& settings;
+    const JSONDocument& document;
+};
+
+std::string_view nounFor(JSONKind kind) noexcept {
+    static constexpr std::string_view nouns[] = {"null",     "a boolean", "a number",
+                                                 "a string", "an array",  "a dictionary"};
+    return nouns[static_cast<std::size_t>(kind)];
+}
+
+class ValueDecoder final : public Decoder {
+public:
+    ValueDecoder(const Source& source, std::uint32_t node, const PathFrame& frame) noexcept
+        : source_(source)
+        , node_(node)
+        , frame_(frame) {}
+
+    [[nodiscard]] CodingPath codingPath() const override { return platform::codingPath(frame_); }
+
+    [[nodiscard]] const UserInfo& userInfo() const override { return source_.settings.userInfo; }
+
+    [[nodiscard]] KeyedDecodingContainer container() override;
+    [[nodiscard]] UnkeyedDecodingContainer unkeyedContainer() override;
+    [[nodiscard]] SingleValueDecodingContainer singleValueContainer() override;
+
+private:
+    const Source& source_;
+    std::uint32_t node_;
+    PathFrame frame_;
+};
+
+/// " (byte offset 17)"
+std::string place(const JSONNode& node) {
+    return " (byte offset " + std::to_string(node.offset - (node.kind == JSONKind::string ? 1U : 0U)) + ").";
+}
+
+[[noreturn]] void
+throwFor(Read read, const Source& source, std::uint32_t index, const PathFrame& frame, const std::string& typeName) {
+    const JSONNode& node = source.document[index];
+    if (read == Read::null) {
+        throw DecodingError::valueNotFound(
+            typeName, CodingErrorContext(
+                          codingPath(frame), "Expected " + typeName + " value but found null instead" + place(node)
+                      )
+        );
+    }
+    if (read == Read::mismatch) {
+        throw DecodingError::typeMismatch(
+            typeName, CodingErrorContext(
+                          codingPath(frame), "Expected to decode " + typeName + " but found " +
+                                                 std::string(nounFor(node.kind)) + " instead" + place(node)
+                      )
+        );
+    }
+    throw DecodingError::dataCorrupted(CodingErrorContext(
+        codingPath(frame),
+        "Parsed JSON number <" + std::string(source.document.raw(node)) + "> does not fit in " + typeName + place(node)
+    ));
+}
+
+/// Throws where the value is not of the kind that a container needs.
+void require(JSONKind kind, const char* typeName, const Source& source, std::uint32_t node, const PathFrame& frame) {
+    const JSONKind found = source.document[node].kind;
+    if (found == kind) return;
+    throwFor(found == JSONKind::null ? Read::null : Read::mismatch, source, node, frame, typeName);
+}
+
+void requireObject(const Source& source, std::uint32_t node, const PathFrame& frame) {
+    require(JSONKind::object, "Dictionary<String, Any>", source, node, frame);
+}
+
+void requireArray(const Source& source, std::uint32_t node, const PathFrame& frame) {
+    require(JSONKind::array, "Array<Any>", source, node, frame);
+}
+
+bool fits(CodedShape shape, JSONKind kind) noexcept {
+    switch (shape) {
+    case CodedShape::any:
+        return true;
+    case CodedShape::single:
+        return kind == JSONKind::boolean || kind == JSONKind::number || kind == JSONKind::string;
+    case CodedShape::unkeyed:
+        return kind == JSONKind::array;
+    case CodedShape::keyed:
+        return kind == JSONKind::object;
+    }
+    return true;
+}
+
+/// The readers of all three containers. `Self` finds the value for a place (`locate`, with `JSONDocument::none` for
+/// nothing, but in a single value container, whose value may be the root), tells its frame (`frameFor`) and is told
+/// when it has been read (`pass`).
+template <class Self, class Interface, class Place>
+class Readers : public Interface {
+public:
+    [[nodiscard]] CodingPath codingPath() const final { return platform::codingPath(frame_); }
+
+    bool nil(Place at) final {
+        std::uint32_t index = 0;
+        if (!self().locate(at, index)) {
+            fail(Read::absent, at, "Optional");
+            return false;
+        }
+        if (node(index).kind != JSONKind::null) return false;
+        self().pass(index);
+        return true;
+    }
+
+    Read boolean(Place at, bool& out) final {
+        return read(at, JSONKind::boolean, [&](const JSONNode& node) {
+            out = (node.flags & JSONNode::isTrue) != 0;
+            return Read::ok;
+        });
+    }
+
+    Read string(Place at, std::string& out) final {
+        return read(at, JSONKind::string, [&](const JSONNode& node) {
+            source_.document.assignString(node, out);
+            return Read::ok;
+        });
+    }
+
+    Read number(Place at, double& out) final { return floatingPoint(at, out); }
+
+    Read number(Place at, float& out) final { return floatingPoint(at, out); }
+
+    Read integer(Place at, IntegerKind kind, std::uint64_t& out) final {
+        return read(at, JSONKind::number, [&](const JSONNode& node) {
+            const bool isPlain = (node.flags & JSONNode::isPlainInteger) != 0;
+            const auto value = detail::parseJSONInteger(source_.document.raw(node), isPlain, kind.bits, kind.isSigned);
+            if (!value) return Read::unrepresentable;
+            out = *value;
+            return Read::ok;
+        });
+    }
+
+    Read date(Place at, Date& out) final {
+        if (source_.settings.dateStrategy) {
+            return read(at, JSONKind::string, [&](const JSONNode& node) {
+                if ((node.flags & JSONNode::hasEscapes) == 0) {
+                    out = source_.settings.dateStrategy(source_.document.raw(node));
+                } else {
+                    std::string text;
+                    source_.document.assignString(node, text);
+                    out = source_.settings.dateStrategy(text);
+                }
+                return Read::ok;
+            });
+        }
+        return read(at, JSONKind::number, [&](const JSONNode& node) {
+            double seconds = 0;
+            if (!detail::parseJSONNumber(source_.document.raw(node), isPlain(node), seconds)) {
+                return Read::unrepresentable;
+            }
+            const double microseconds = std::round(seconds * 1e6);
+            constexpr double limit = 9.2e18;
+            if (!(std::fabs(microseconds) < limit)) return Read::unrepresentable;
+            out = Date(Date::duration(static_cast<Date::rep>(microseconds)));
+            return Read::ok;
+        });
+    }
+
+    Read value(Place at, const DecodeOperations& operations, void* out) final {
+        std::uint32_t index = 0;
+        if (!self().locate(at, index)) return Read::absent;
+        const JSONKind kind = node(index).kind;
+        if (!fits(operations.shape, kind)) return kind == JSONKind::null ? Read::null : Read::mismatch;
+        ValueDecoder child(source_, index, self().frameFor(at));
+        operations.decode(child, out);
+        self().pass(index);
+        return Read::ok;
+    }
+
+    void fail(Read read, Place at, std::string typeName) const final {
+        std::uint32_t index = 0;
+        if (read == Read::absent || !self().find(at, index)) self().failAbsent(at, std::move(typeName));
+        throwFor(read, source_, index, self().frameFor(at), typeName);
+    }
+
+    void corrupted(Place at, std::string debugDescription) const final {
+        throw DecodingError::dataCorrupted(
+            CodingErrorContext(platform::codingPath(self().frameFor(at)), std::move(debugDescription))
+        );
+    }
+
+protected:
+    Readers(const Source& source, const PathFrame& frame) noexcept
+        : source_(source)
+        , frame_(frame) {}
+
+    ~Readers() = default;
+
+    [[nodiscard]] const JSONNode& node(std::uint32_t index) const noexcept { return source_.document[index]; }
+
+    const Source& source_;
+    PathFrame frame_;
+
+private:
+    [[nodiscard]] Self& self() noexcept { return static_cast<Self&>(*this); }
+
+    [[nodiscard]] const Self& self() const noexcept { return static_cast<const Self&>(*this); }
+
+    [[nodiscard]] static bool isPlain(const JSONNode& node) noexcept {
+        return (node.flags & JSONNode::isPlainInteger) != 0;
+    }
+
+    template <class Take>
+    Read read(Place at, JSONKind kind, Take take) {
+        std::uint32_t index = 0;
+        if (!self().locate(at, index)) return Read::absent;
+        const JSONNode& found = node(index);
+        if (found.kind != kind) return found.kind == JSONKind::null ? Read::null : Read::mismatch;
+        const Read result = take(found);
+        if (result == Read::ok) self().pass(index);
+        return result;
+    }
+
+    template <class Number>
+    Read floatingPoint(Place at, Number& out) {
+        return read(at, JSONKind::number, [&](const JSONNode& node) {
+            return detail::parseJSONNumber(source_.document.raw(node), isPlain(node), out) ? Read::ok
+                                                                                           : Read::unrepresentable;
+        });
+    }
+};
+
+class ObjectReader final : public Readers<ObjectReader, KeyedReader, std::string_view> {
+public:
+    ObjectReader(const Source& source, std::uint32_t object, const PathFrame& frame) noexcept
+        : Readers(source, frame)
+        , object_(object)
+        , next_(object + 1)
+        , hasUniqueKeys_(
+              node(object).count <= JSONDocument::indexedFrom && (node(object).flags & JSONNode::mayRepeatKeys) == 0
+          ) {}
+
+    [[nodiscard]] bool contains(std::string_view key) const override {
+        std::uint32_t index = 0;
+        return find(key, index);
+    }
+
+    [[nodiscard]] std::vector<std::string> allKeys() const override {
+        std::vector<std::string> keys;
+        std::size_t cursor = 0;
+        for (std::string key; nextKey(cursor, key);)
+            keys.push_back(std::move(key));
+        return keys;
+    }
+
+    [[nodiscard]] bool nextKey(std::size_t& cursor, std::string& key) const override {
+        const std::uint32_t end = node(object_).extent;
+        auto at = cursor == 0 ? object_ + 1 : static_cast<std::uint32_t>(cursor);
+        for (; at != end; at = source_.document.behind(at + 1)) {
+            source_.document.assignString(node(at), key);
+            if (hasUniqueKeys_ || source_.document.firstMember(object_, key) == at + 1) {
+                given_ = at;
+                cursor = source_.document.behind(at + 1);
+                return true;
+            }
+        }
+        cursor = end;
+        return false;
+    }
+
+    [[nodiscard]] KeyedDecodingContainer nestedContainer(std::string_view key) override {
+        const std::uint32_t index = require(key);
+        requireObject(source_, index, frameFor(key));
+        return KeyedDecodingContainer(std::in_place_type<ObjectReader>, source_, index, frameFor(key));
+    }
+
+    [[nodiscard]] UnkeyedDecodingContainer nestedUnkeyedContainer(std::string_view key) override;
+
+    [[nodiscard]] std::unique_ptr<Decoder> superDecoder(std::string_view key) override {
+        std::uint32_t index = 0;
+        if (!locate(key, index)) index = source_.document.missing();
+        return std::make_unique<ValueDecoder>(source_, index, frameFor(key));
+    }
+
+    bool locate(std::string_view key, std::uint32_t& index) noexcept {
+        const std::uint32_t end = node(object_).extent;
+        // Wire order equal to the order of lookups costs one comparison a member.
+        if (hasUniqueKeys_ && next_ != end && source_.document.isKey(next_, key)) {
+            index = next_ + 1;
+            next_ = source_.document.behind(index);
+            return true;
+        }
+        if (!find(key, index)) return false;
+        next_ = source_.document.behind(index);
+        return true;
+    }
+
+    bool find(std::string_view key, std::uint32_t& index) const {
+        if (given_ != JSONDocument::none && source_.document.isKey(given_, key)) {
+            index = given_ + 1;
+            return true;
+        }
+        if (!hasUniqueKeys_) {
+            index = source_.document.firstMember(object_, key);
+            return index != JSONDocument::none;
+        }
+        const std::uint32_t end = node(object_).extent;
+        for (std::uint32_t at = next_; at != end; at = source_.document.behind(at + 1)) {
+            if (source_.document.isKey(at, key)) {
+                index = at + 1;
+                return true;
+            }
+        }
+        for (std::uint32_t at = object_ + 1; at != next_; at = source_.document.behind(at + 1)) {
+            if (source_.document.isKey(at, key)) {
+                index = at + 1;
+                return true;
+            }
+        }
+        return false;
+    }
+
+    [[nodiscard]] PathFrame frameFor(std::string_view key) const noexcept { return PathFrame::member(frame_, key); }
+
+    void pass(std::uint32_t /*index*/) const noexcept {}
+
+    [[noreturn]] void failAbsent(std::string_view key, const std::string& /*typeName*/) const {
+        throw DecodingError::keyNotFound(
+            CodingKey(std::string(key)),
+            CodingErrorContext(
+                codingPath(), "No value associated with key '" + std::string(key) + "'" + place(node(object_))
+            )
+        );
+    }
+
+private:
+    std::uint32_t require(std::string_view key) {
+        std::uint32_t index = 0;
+        if (!locate(key, index)) failAbsent(key, {});
+        return index;
+    }
+
+    std::uint32_t object_;
+    std::uint32_t next_;                               ///< the key where the next lookup starts
+    mutable std::uint32_t given_ = JSONDocument::none; ///< the key that `nextKey` told last
+    bool hasUniqueKeys_;
+};
+
+class ArrayReader final : public Readers<ArrayReader, UnkeyedReader, Here> {
+public:
+    ArrayReader(const Source& source, std::uint32_t array, const PathFrame& frame) noexcept
+        : Readers(source, frame)
+        , array_(array)
+        , next_(array + 1) {}
+
+    [[nodiscard]] std::optional<std::size_t> count() const override { return node(array_).count; }
+
+    [[nodiscard]] bool isAtEnd() const override { return next_ == node(array_).extent; }
+
+    [[nodiscard]] std::size_t currentIndex() const override { return position_; }
+
+    // A nested container outlives this element's turn, so its frame is told before the element is passed.
+    [[nodiscard]] KeyedDecodingContainer nestedContainer() override {
+        const PathFrame frame = frameFor(Here{});
+        const std::uint32_t index = require("Dictionary<String, Any>");
+        requireObject(source_, index, frame);
+        pass(index);
+        return KeyedDecodingContainer(std::in_place_type<ObjectReader>, source_, index, frame);
+    }
+
+    [[nodiscard]] UnkeyedDecodingContainer nestedUnkeyedContainer() override {
+        const PathFrame frame = frameFor(Here{});
+        const std::uint32_t index = require("Array<Any>");
+        requireArray(source_, index, frame);
+        pass(index);
+        return UnkeyedDecodingContainer(std::in_place_type<ArrayReader>, source_, index, frame);
+    }
+
+    [[nodiscard]] std::unique_ptr<Decoder> superDecoder() override {
+        const PathFrame frame = frameFor(Here{});
+        const std::uint32_t index = require("Decoder");
+        pass(index);
+        return std::make_unique<ValueDecoder>(source_, index, frame);
+    }
+
+    bool locate(Here /*here*/, std::uint32_t& index) noexcept { return find(Here{}, index); }
+
+    bool find(Here /*here*/, std::uint32_t& index) const noexcept {
+        index = next_;
+        return !isAtEnd();
+    }
+
+    [[nodiscard]] PathFrame frameFor(Here /*here*/) const noexcept {
+        return PathFrame::element(frame_, static_cast<std::int64_t>(position_));
+    }
+
+    void pass(std::uint32_t index) noexcept {
+        next_ = source_.document.behind(index);
+        ++position_;
+    }
+
+    [[noreturn]] void failAbsent(Here here, std::string typeName) const {
+        throw DecodingError::valueNotFound(
+            std::move(typeName),
+            CodingErrorContext(platform::codingPath(frameFor(here)), "The list is at its end" + place(node(array_)))
+        );
+    }
+
+private:
+    std::uint32_t require(const char* typeName) const {
+        if (isAtEnd()) failAbsent(Here{}, typeName);
+        return next_;
+    }
+
+    std::uint32_t array_;
+    std::uint32_t next_;
+    std::size_t position_ = 0;
+};
+
+class OneValueReader final : public Readers<OneValueReader, SingleValueReader, Here> {
+public:
+    OneValueReader(const Source& source, std::uint32_t index, const PathFrame& frame) noexcept
+        : Readers(source, frame)
+        , index_(index) {}
+
+    bool locate(Here /*here*/, std::uint32_t& index) const noexcept { return find(Here{}, index); }
+
+    bool find(Here /*here*/, std::uint32_t& index) const noexcept {
+        index = index_;
+        return true;
+    }
+
+    [[nodiscard]] PathFrame frameFor(Here /*here*/) const noexcept { return frame_; }
+
+    void pass(std::uint32_t /*index*/) const noexcept {}
+
+    [[noreturn]] void failAbsent(Here /*here*/, std::string typeName) const {
+        throw DecodingError::valueNotFound(std::move(typeName), CodingErrorContext(codingPath(), "There is no value."));
+    }
+
+private:
+    std::uint32_t index_;
+};
+
+UnkeyedDecodingContainer ObjectReader::nestedUnkeyedContainer(std::string_view key) {
+    const std::uint32_t index = require(key);
+    requireArray(source_, index, frameFor(key));
+    return UnkeyedDecodingContainer(std::in_place_type<ArrayReader>, source_, index, frameFor(key));
+}
+
+KeyedDecodingContainer ValueDecoder::container() {
+    requireObject(source_, node_, frame_);
+    return KeyedDecodingContainer(std::in_place_type<ObjectReader>, source_, node_, frame_);
+}
+
+UnkeyedDecodingContainer ValueDecoder::unkeyedContainer() {
+    requireArray(source_, node_, frame_);
+    return UnkeyedDecodingContainer(std::in_place_type<ArrayReader>, source_, node_, frame_);
+}
+
+SingleValueDecodingContainer ValueDecoder::singleValueContainer() {
+    return SingleValueDecodingContainer(std::in_place_type<OneValueReader>, source_, node_, frame_);
+}
+
+} // namespace
+
+void JSONDecoder::decode(std::string_view text, const DecodeOperations& operations, void* out) const {
+    const JSONDocument document(text);
+    const Source source{*this, document};
+    // The top is read like any value, so that a wrong kind is told in the same words.
+    OneValueReader top(source, 0, PathFrame{});
+    const Read read = top.value(Here{}, operations, out);
+    if (read != Read::ok) top.fail(read, Here{}, operations.typeName());
+}
+
+} // namespace platform::inline v1

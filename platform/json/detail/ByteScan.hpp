@@ -1,0 +1,59 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace platform::inline v1::detail {
+
+/// Whether a byte cannot simply be copied between a JSON string and the text it stands for: quotes, backslashes,
+/// control characters and everything beyond ASCII, which has to be checked.
+[[nodiscard]] constexpr bool isSpecialInString(unsigned char byte) noexcept {
+    return byte < 0x20 || byte == '"' || byte == '\\' || byte >= 0x80;
+}
+
+/// The first byte in [at, end) that is special, or equals `also`; `end` where there is none. Looks at 16 bytes a step
+/// where the machine can, else at 8.
+/// @param also a further byte to stop at; '"' for none
+[[nodiscard]] inline const char* findSpecialInString(const char* at, const char* end, char also = '"') noexcept {
+#if defined(__SSE2__)
+    const __m128i quote = _mm_set1_epi8('"');
+    const __m128i backslash = _mm_set1_epi8('\\');
+    const __m128i further = _mm_set1_epi8(also);
+    const __m128i space = _mm_set1_epi8(0x20); // signed: bytes from 0x80 count as less, too
+    for (; end - at >= 16; at += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+        const __m128i hits = _mm_or_si128(
+            _mm_or_si128(_mm_cmpeq_epi8(bytes, quote), _mm_cmpeq_epi8(bytes, backslash)),
+            _mm_or_si128(_mm_cmpeq_epi8(bytes, further), _mm_cmplt_epi8(bytes, space))
+        );
+        if (const int mask = _mm_movemask_epi8(hits); mask != 0)
+            return at + std::countr_zero(static_cast<unsigned>(mask));
+    }
+#else
+    constexpr std::uint64_t ones = 0x0101010101010101ULL;
+    constexpr std::uint64_t highs = 0x8080808080808080ULL;
+    const auto hasByte = [](std::uint64_t word, unsigned char byte) {
+        const std::uint64_t difference = word ^ (ones * byte);
+        return (difference - ones) & ~difference & highs;
+    };
+    for (; end - at >= 8; at += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, at, 8);
+        const std::uint64_t hits = hasByte(word, '"') | hasByte(word, '\\') |
+                                   hasByte(word, static_cast<unsigned char>(also)) |
+                                   ((word - ones * 0x20) & ~word & highs) | (word & highs);
+        if (hits != 0) break; // which byte it is, is left to the loop below
+    }
+#endif
+    while (at != end && !isSpecialInString(static_cast<unsigned char>(*at)) && *at != also)
+        ++at;
+    return at;
+}
+
+} // namespace platform::inline v1::detail
