@@ -1,6 +1,9 @@
 #include "platform/DiagnosticText.hpp"
 
+#include "platform/date/DateFormat.hpp"
 #include "platform/text/Numbers.hpp"
+
+#include <chrono>
 
 namespace platform::inline v1::detail {
 
