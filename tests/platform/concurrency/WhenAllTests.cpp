@@ -1,0 +1,113 @@
+#include "platform/concurrency/BackgroundPool.hpp"
+#include "platform/concurrency/SyncWait.hpp"
+#include "platform/concurrency/WhenAll.hpp"
+#include "platform/concurrency/adapters/Future.hpp"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace platform {
+namespace {
+
+Task<void> elsewhere() {
+    auto fromThread = [](Continuation<void> continuation) {
+        std::thread([kept = std::move(continuation)]() mutable { kept.resume(); }).detach();
+    };
+    co_await withContinuation<void>(fromThread);
+}
+
+/// Counts how many of its kind are under way.
+struct Crowd {
+    std::atomic<int> now{0};
+    std::atomic<int> most{0};
+    std::atomic<int> started{0};
+};
+
+Task<std::unique_ptr<int>> member(Crowd* crowd, int value, int failAt) {
+    ++crowd->started;
+    const int now = ++crowd->now;
+    int most = crowd->most;
+    while (most < now && !crowd->most.compare_exchange_weak(most, now)) {
+    }
+    co_await elsewhere();
+    --crowd->now;
+    if (value == failAt) throw std::out_of_range(std::to_string(value));
+    co_return std::make_unique<int>(value);
+}
+
+Task<std::vector<std::unique_ptr<int>>> crowdOf(Crowd* crowd, int count, int failAt, std::size_t atMost) {
+    std::vector<Task<std::unique_ptr<int>>> tasks;
+    for (int i = 0; i < count; ++i)
+        tasks.push_back(member(crowd, i, failAt));
+    return whenAll(std::move(tasks), atMost);
+}
+
+TEST(WhenAll, KeepsOrderAndBoundsWhatIsUnderWay) {
+    for (const std::size_t atMost : {0, 1, 3, 100}) {
+        for (const bool threaded : {false, true}) {
+            Crowd crowd;
+            auto task = crowdOf(&crowd, 20, -1, atMost);
+            const auto values =
+                threaded ? toFuture(BackgroundPool::shared(), std::move(task)).get() : syncWait(std::move(task));
+            ASSERT_EQ(values.size(), 20U);
+            for (int i = 0; i < 20; ++i)
+                EXPECT_EQ(*values[static_cast<std::size_t>(i)], i);
+            EXPECT_LE(crowd.most, static_cast<int>(std::max<std::size_t>(atMost, 1)));
+        }
+    }
+    Crowd nobody;
+    EXPECT_TRUE(syncWait(crowdOf(&nobody, 0, -1, 5)).empty());
+}
+
+TEST(WhenAll, FirstErrorEndsTheRest) {
+    Crowd crowd;
+    EXPECT_THROW(syncWait(crowdOf(&crowd, 50, 4, 2)), std::out_of_range);
+    EXPECT_LT(crowd.started, 10) << "what has not started never does";
+    EXPECT_EQ(crowd.now, 0) << "and what has started has ended";
+}
+
+Task<void> untilCancelled() {
+    auto stop = std::make_shared<std::atomic<bool>>(false);
+    auto body = [stop](Continuation<void> continuation) {
+        std::thread([stop, kept = std::move(continuation)]() mutable {
+            stop->wait(false);
+            kept.fail(std::make_exception_ptr(CancellationError()));
+        }).detach();
+    };
+    auto onCancel = [stop] {
+        stop->store(true);
+        stop->notify_all();
+    };
+    co_await withContinuation<void>(body, onCancel);
+}
+
+Task<int> failingLater() {
+    co_await elsewhere();
+    throw std::length_error("first");
+}
+
+TEST(WhenAll, PassesCancellationOnInBothDirections) {
+    EXPECT_THROW(syncWait(whenAll(untilCancelled(), failingLater())), std::length_error);
+    std::stop_source stop;
+    std::thread canceller([&stop] { stop.request_stop(); });
+    EXPECT_THROW(syncWait(whenAll(untilCancelled(), untilCancelled()), stop.get_token()), CancellationError);
+    canceller.join();
+}
+
+TEST(WhenAll, GivesATupleOfWhatEachGave) {
+    auto text = []() -> Task<std::string> { co_return "text"; };
+    auto [first, second, third] = syncWait(whenAll(text(), elsewhere(), Task<int>::ready(3)));
+    EXPECT_EQ(first, "text");
+    EXPECT_EQ(third, 3);
+    EXPECT_EQ(second, std::monostate());
+}
+
+} // namespace
+} // namespace platform
