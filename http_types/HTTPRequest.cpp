@@ -92,8 +92,7 @@ HTTPRequest::HTTPRequest(std::string_view soar_path, const Method& method, HTTPF
     : HTTPRequest(method, std::nullopt, std::nullopt, soar_path, std::move(fields)) {}
 
 HTTPRequest::Method HTTPRequest::method() const {
-    // NOLINTNEXTLINE(bugprone-unchecked-optional-access): the field's value is always a token
-    return Method::make(pseudoHeaderFields.method_.rawValue().view()).value();
+    return Method::make(pseudoHeaderFields.method_.rawValue().view()).value(); // the field's value is always a token
 }
 
 void HTTPRequest::setMethod(const Method& method) {

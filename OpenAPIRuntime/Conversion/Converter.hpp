@@ -161,8 +161,8 @@ public:
     /// failure.
     template <class T, class Transforming>
     [[nodiscard]] auto getResponseBodyAsJSON(std::optional<HTTPBody> body, Transforming transforming) const
-        -> platform::Task<std::invoke_result_t<Transforming&, T>> {
-        using Result = platform::Task<std::invoke_result_t<Transforming&, T>>;
+        -> platform::Task<std::decay_t<std::invoke_result_t<Transforming&, T>>> {
+        using Result = platform::Task<std::decay_t<std::invoke_result_t<Transforming&, T>>>;
         if (!body) return Result::failed(std::make_exception_ptr(RuntimeError::missingRequiredResponseBody()));
         auto collecting = collectWhole(std::move(*body));
         if (!collecting.isReady()) {
@@ -202,7 +202,7 @@ private:
     }
 
     template <class T, class Transforming>
-    static platform::Task<std::invoke_result_t<Transforming&, T>>
+    static platform::Task<std::decay_t<std::invoke_result_t<Transforming&, T>>>
     decodeCollected(Converter converter, platform::Task<platform::ByteChunk> collecting, Transforming transforming) {
         platform::ByteChunk bytes = co_await std::move(collecting);
         co_return transforming(converter.decoder().template decode<T>(bytes.view()));

@@ -30,13 +30,7 @@ public:
     class InsertionError;
 
     /// A node that nothing was written to.
-    URIEncodedNode() noexcept;
-    // Defined where Entry is complete: a list of entries cannot be destroyed before.
-    URIEncodedNode(const URIEncodedNode& other);
-    URIEncodedNode(URIEncodedNode&& other) noexcept;
-    URIEncodedNode& operator=(const URIEncodedNode& other);
-    URIEncodedNode& operator=(URIEncodedNode&& other) noexcept;
-    ~URIEncodedNode();
+    URIEncodedNode() noexcept = default;
 
     [[nodiscard]] static URIEncodedNode primitive(Primitive value);
     [[nodiscard]] static URIEncodedNode array(Array elements);
@@ -74,7 +68,7 @@ public:
     bool operator==(const URIEncodedNode& other) const;
 
 private:
-    std::variant<std::monostate, Primitive, Array, Dictionary> content_;
+    std::variant<std::monostate, Primitive, Array, Dictionary> content_{};
 };
 
 struct URIEncodedNode::Entry {

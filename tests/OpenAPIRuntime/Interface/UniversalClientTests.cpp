@@ -346,7 +346,6 @@ TEST(UniversalClient, ServesConcurrentCalls) {
     const auto transport = std::make_shared<FunctionTransport>([](HTTPRequest request, OptionalBody, URL, std::string) {
         return hopThenRespond(*request.path());
     });
-    Trace ignored;
     const auto passing = std::make_shared<FunctionMiddleware>([](HTTPRequest request, OptionalBody body, URL baseURL,
                                                                  ClientMiddleware::Next next) {
         return next(std::move(request), std::move(body), std::move(baseURL));
