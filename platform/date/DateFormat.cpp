@@ -11,6 +11,35 @@ using namespace std::chrono;
 constexpr Date firstInstant = sys_days(year(1) / January / 1);
 constexpr Date endOfTime = sys_days(year(10000) / January / 1);
 
+/// A day of the proleptic Gregorian calendar, with a year of any size: the standard library's ends at 32767.
+struct CalendarDay {
+    std::int64_t year;
+    std::int64_t month;
+    std::int64_t day;
+};
+
+/// Counts from the first of March of the year 0 in cycles of 400 years, so that the leap day is a cycle's last.
+CalendarDay calendarDay(sys_days date) noexcept {
+    constexpr std::int64_t daysPerCycle = 146097;
+    const std::int64_t days = date.time_since_epoch().count() + std::int64_t{719468};
+    const std::int64_t cycle = (days >= 0 ? days : days - (daysPerCycle - 1)) / daysPerCycle;
+    const std::int64_t dayOfCycle = days - cycle * daysPerCycle;
+    const std::int64_t yearOfCycle =
+        (dayOfCycle - dayOfCycle / 1460 + dayOfCycle / 36524 - dayOfCycle / (daysPerCycle - 1)) / 365;
+    const std::int64_t dayOfYear = dayOfCycle - (365 * yearOfCycle + yearOfCycle / 4 - yearOfCycle / 100);
+    const std::int64_t monthFromMarch = (5 * dayOfYear + 2) / 153;
+    const std::int64_t month = monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9;
+    const std::int64_t day = dayOfYear - (153 * monthFromMarch + 2) / 5 + 1;
+    return {cycle * 400 + yearOfCycle + (month <= 2 ? 1 : 0), month, day};
+}
+
+/// The time since midnight. Not the difference to the start of the day, which the first instants of all have no room
+/// for.
+microseconds timeOfDay(Date date) noexcept {
+    const microseconds remainder = date.time_since_epoch() % days(1);
+    return remainder < microseconds(0) ? remainder + days(1) : remainder;
+}
+
 /// Writes `value` with at least `digits` digits.
 void appendPadded(std::string& text, std::int64_t value, std::size_t digits) {
     const std::string plain = std::to_string(value);
@@ -88,17 +117,15 @@ bool isStartOfMonth(Date date) noexcept {
 } // namespace
 
 std::string formatDate(Date date, ISO8601Format format) {
-    const sys_days day = floor<days>(date);
-    const year_month_day calendar(day);
-    const hh_mm_ss<microseconds> time(date - day);
+    const CalendarDay calendar = calendarDay(floor<days>(date));
+    const hh_mm_ss<microseconds> time(timeOfDay(date));
     std::string text;
-    const int year = static_cast<int>(calendar.year());
-    if (year < 0) text += '-';
-    appendPadded(text, std::abs(year), 4);
+    if (calendar.year < 0) text += '-';
+    appendPadded(text, std::abs(calendar.year), 4);
     text += '-';
-    appendPadded(text, static_cast<unsigned>(calendar.month()), 2);
+    appendPadded(text, calendar.month, 2);
     text += '-';
-    appendPadded(text, static_cast<unsigned>(calendar.day()), 2);
+    appendPadded(text, calendar.day, 2);
     text += 'T';
     appendPadded(text, time.hours().count(), 2);
     text += ':';

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstdlib>
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -19,6 +22,23 @@ TEST(DateFormat, writesUTCAndCutsOffTowardsThePast) {
         platform::formatDate(std::chrono::sys_days(std::chrono::year(10000) / 1 / 1), internetDateTime),
         "10000-01-01T00:00:00Z"
     );
+    EXPECT_EQ(platform::formatDate(Date::min(), internetDateTime), "-290308-12-21T19:59:05Z");
+    EXPECT_EQ(platform::formatDate(Date::max(), internetDateTime), "294247-01-10T04:00:54Z");
+}
+
+TEST(DateFormat, agreesWithTheStandardLibrarysCalendar) {
+    for (auto day = std::chrono::sys_days(std::chrono::year(-401) / 1 / 1); day < Date(253402300800s);
+         day += std::chrono::days(61)) {
+        const std::chrono::year_month_day calendar(day);
+        const std::string text = platform::formatDate(day, internetDateTime);
+        char expected[32];
+        std::snprintf(
+            expected, sizeof expected, "%s%04d-%02u-%02uT00:00:00Z", calendar.year() < std::chrono::year(0) ? "-" : "",
+            std::abs(static_cast<int>(calendar.year())), static_cast<unsigned>(calendar.month()),
+            static_cast<unsigned>(calendar.day())
+        );
+        ASSERT_EQ(text, expected);
+    }
 }
 
 TEST(DateFormat, readsWhatRFC3339Allows) {
