@@ -1,5 +1,6 @@
 #include "platform/loading/detail/SessionCore.hpp"
 
+#include "platform/concurrency/SyncWait.hpp"
 #include "platform/loading/detail/FieldText.hpp"
 #include "platform/loading/detail/Origin.hpp"
 
@@ -150,6 +151,7 @@ void SessionCore::completeElsewhere(const std::shared_ptr<TaskState>& task, cons
 // ---------------------------------------------------------------------------------------------------------------
 
 void SessionCore::run() noexcept {
+    disallowBlockingOnThisThread();
     multi_ = curl_multi_init();
     share_ = curl_share_init();
     curl_share_setopt(share_, CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION);
