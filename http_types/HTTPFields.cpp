@@ -292,7 +292,8 @@ std::vector<HTTPField> HTTPFields::fields(const HTTPField::Name& name) const {
 }
 
 void HTTPFields::setFields(const HTTPField::Name& selector, std::vector<HTTPField> fields) {
-    const HTTPField::Name name = selector; // the argument may be the name of a field that goes
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may be the name of a field that goes
+    const HTTPField::Name name = selector;
     for (const HTTPField& field : fields) {
         if (field.name != name) platform::stopOnProgrammingError("A field set for a name must carry that name");
     }

@@ -207,6 +207,7 @@ public:
     explicit operator bool() const { return has_value(); }
 
     /// The value; throws `std::bad_optional_access` where there is none.
+    // NOLINTNEXTLINE(bugprone-unchecked-optional-access): documented
     [[nodiscard]] std::string value() const { return fields_.value(name_).value(); }
 
     [[nodiscard]] std::string operator*() const { return value(); }

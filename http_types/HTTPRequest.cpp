@@ -92,7 +92,8 @@ HTTPRequest::HTTPRequest(std::string_view soar_path, const Method& method, HTTPF
     : HTTPRequest(method, std::nullopt, std::nullopt, soar_path, std::move(fields)) {}
 
 HTTPRequest::Method HTTPRequest::method() const {
-    return Method::make(pseudoHeaderFields.method_.rawValue().view()).value(); // the field's value is always a token
+    // NOLINTNEXTLINE(bugprone-unchecked-optional-access): the field's value is always a token
+    return Method::make(pseudoHeaderFields.method_.rawValue().view()).value();
 }
 
 void HTTPRequest::setMethod(const Method& method) {

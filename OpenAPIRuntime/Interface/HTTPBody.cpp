@@ -26,19 +26,13 @@ struct HTTPBody::State {
     std::atomic<bool> iteratorCreated{false};
 };
 
-namespace {
-
-HTTPBody::Length countOf(const ByteChunk& bytes) noexcept {
-    return HTTPBody::Length::known(static_cast<std::int64_t>(bytes.size()));
-}
-
-} // namespace
-
 HTTPBody::HTTPBody()
     : HTTPBody(AnySequence<ByteChunk>(EmptySequence<ByteChunk>()), Length::known(0), IterationBehavior::multiple) {}
 
-HTTPBody::HTTPBody(ByteChunk bytes)
-    : HTTPBody(bytes, countOf(bytes)) {}
+HTTPBody::HTTPBody(ByteChunk bytes) {
+    const Length length = Length::known(static_cast<std::int64_t>(bytes.size()));
+    state_ = std::make_shared<State>(std::move(bytes), length, IterationBehavior::multiple);
+}
 
 HTTPBody::HTTPBody(ByteChunk bytes, Length length)
     : state_(std::make_shared<State>(std::move(bytes), length, IterationBehavior::multiple)) {}
@@ -176,6 +170,7 @@ Task<Bytes> converted(Task<ByteChunk> pending, Bytes (*convert)(const ByteChunk&
 } // namespace
 
 template <>
+// NOLINTNEXTLINE(performance-unnecessary-value-param): what gives a task takes its arguments by value
 Task<ByteChunk> collect<ByteChunk>(HTTPBody body, std::size_t upTo) {
     try {
         const auto byteCount = body.length().byteCount();

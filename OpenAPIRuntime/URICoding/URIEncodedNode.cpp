@@ -23,6 +23,13 @@ void put(URIEncodedNode::Dictionary& entries, const std::string& key, URIEncoded
 
 } // namespace
 
+URIEncodedNode::URIEncodedNode() noexcept = default;
+URIEncodedNode::URIEncodedNode(const URIEncodedNode& other) = default;
+URIEncodedNode::URIEncodedNode(URIEncodedNode&& other) noexcept = default;
+URIEncodedNode& URIEncodedNode::operator=(const URIEncodedNode& other) = default;
+URIEncodedNode& URIEncodedNode::operator=(URIEncodedNode&& other) noexcept = default;
+URIEncodedNode::~URIEncodedNode() = default;
+
 URIEncodedNode URIEncodedNode::primitive(Primitive value) {
     URIEncodedNode node;
     node.content_ = std::move(value);

@@ -30,7 +30,13 @@ public:
     class InsertionError;
 
     /// A node that nothing was written to.
-    URIEncodedNode() noexcept = default;
+    URIEncodedNode() noexcept;
+    // Defined where Entry is complete: a list of entries cannot be destroyed before.
+    URIEncodedNode(const URIEncodedNode& other);
+    URIEncodedNode(URIEncodedNode&& other) noexcept;
+    URIEncodedNode& operator=(const URIEncodedNode& other);
+    URIEncodedNode& operator=(URIEncodedNode&& other) noexcept;
+    ~URIEncodedNode();
 
     [[nodiscard]] static URIEncodedNode primitive(Primitive value);
     [[nodiscard]] static URIEncodedNode array(Array elements);
@@ -68,7 +74,7 @@ public:
     bool operator==(const URIEncodedNode& other) const;
 
 private:
-    std::variant<std::monostate, Primitive, Array, Dictionary> content_{};
+    std::variant<std::monostate, Primitive, Array, Dictionary> content_;
 };
 
 struct URIEncodedNode::Entry {

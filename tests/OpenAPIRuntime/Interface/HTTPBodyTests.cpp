@@ -1,5 +1,6 @@
 #include "OpenAPIRuntime/Interface/EmptySequence.hpp"
 #include "OpenAPIRuntime/Interface/HTTPBody.hpp"
+#include "platform/concurrency/Continuation.hpp"
 #include "platform/concurrency/SyncWait.hpp"
 
 #include <gmock/gmock.h>
@@ -243,6 +244,41 @@ TEST(HTTPBodyConcurrency, OneOfManyIterationsSucceeds) {
         }
         readers.clear();
         ASSERT_EQ(succeeded, 1);
+    }
+}
+
+/// A source whose every element another thread brings.
+struct ThreadedSource {
+    using Element = ByteChunk;
+
+    struct Iterator {
+        using Element = ByteChunk;
+
+        Task<std::optional<ByteChunk>> next() { return bring(left--, threads); }
+
+        static Task<std::optional<ByteChunk>> bring(int left, std::vector<std::jthread>* threads) {
+            if (left == 0) co_return std::nullopt;
+            auto start = [threads](platform::Continuation<std::string> continuation) {
+                threads->emplace_back([c = std::move(continuation)]() mutable { c.resume("ab"); });
+            };
+            std::string text = co_await platform::withContinuation<std::string>(start);
+            co_return ByteChunk(std::move(text));
+        }
+
+        int left;
+        std::vector<std::jthread>* threads;
+    };
+
+    Iterator makeAsyncIterator() const { return {3, threads}; }
+
+    std::vector<std::jthread>* threads;
+};
+
+TEST(HTTPBodyConcurrency, ReadsASourceThatReallySuspends) {
+    for (int round = 0; round < 100; ++round) {
+        std::vector<std::jthread> threads;
+        auto collected = collect<std::string>(HTTPBody(ThreadedSource{&threads}, Length::unknown()), 6);
+        ASSERT_EQ(syncWait(std::move(collected)), "ababab");
     }
 }
 
