@@ -1,0 +1,47 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace examples {
+
+/// Prints the calls as aligned lines, and keeps count of what was called and of what was not as expected.
+class Report {
+public:
+    /// Opens a step: what is tried, in words.
+    void step(std::string_view title);
+
+    /// One call and its answer.
+    /// @param request its method and path
+    /// @param outcome the answer's case, such as "ok"
+    void call(
+        std::string_view operation, std::string_view request, int status, std::string_view outcome, int expectedStatus
+    );
+
+    /// One call without an answer, which is what was expected of it.
+    void failedCall(std::string_view operation, std::string_view request);
+
+    /// One line of a result below its call.
+    void detail(std::string_view name, std::string_view value);
+
+    /// Notes something that should not have happened.
+    void mismatch(std::string_view text);
+
+    /// Prints the line that sums up.
+    /// @return whether everything was as expected.
+    bool finish();
+
+private:
+    void callLine(std::string_view operation, std::string_view request, std::string_view outcome);
+
+    int steps_ = 0;
+    int calls_ = 0;
+    int mismatches_ = 0;
+    int failures_ = 0;
+    std::set<std::string, std::less<>> operations_;
+    std::map<int, int> statuses_;
+};
+
+} // namespace examples
