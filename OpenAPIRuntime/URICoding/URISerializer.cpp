@@ -55,8 +55,10 @@ void URISerializer::serialize(const URIEncodedNode::Dictionary& entries, std::st
     for (const URIEncodedNode::Entry& entry : entries) {
         sorted.push_back(&entry);
     }
-    std::stable_sort(sorted.begin(), sorted.end(), [](const auto* left, const auto* right) {
-        return platform::localizedCaseInsensitiveCompare(left->key, right->key) < 0;
+    // Keys that the comparison takes for equal keep their order, which is that of their addresses.
+    std::sort(sorted.begin(), sorted.end(), [](const auto* left, const auto* right) {
+        const auto order = platform::localizedCaseInsensitiveCompare(left->key, right->key);
+        return order == 0 ? left < right : order < 0;
     });
     const bool isForm = configuration_.style == URICoderConfiguration::Style::form;
     const char joint = isForm && configuration_.explode ? '&' : ',';

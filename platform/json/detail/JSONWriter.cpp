@@ -289,7 +289,10 @@ void JSONWriter::arrange(const Level& level) {
         }
         pieces.push_back({key, std::string_view(text_).substr(member.start, end - member.start), i});
     }
-    std::stable_sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) { return a.key < b.key; });
+    std::sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) {
+        const int order = a.key.compare(b.key);
+        return order == 0 ? a.position < b.position : order < 0;
+    });
     std::size_t kept = 0;
     for (std::size_t i = 0; i < count; ++i) {
         if (i + 1 == count || pieces[i].key != pieces[i + 1].key) pieces[kept++] = pieces[i];

@@ -55,18 +55,18 @@ void appendWireBytes(std::string& out, std::string_view text) {
     }
     const std::size_t start = out.size();
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto lead = static_cast<unsigned char>(text[i]);
+        const unsigned lead = static_cast<unsigned char>(text[i]);
         if (lead < 0x80) {
             out.push_back(text[i]);
             continue;
         }
-        const auto next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0U;
-        if ((lead != 0xC2 && lead != 0xC3) || (next & 0xC0) != 0x80) {
+        const unsigned next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0U;
+        if ((lead != 0xC2 && lead != 0xC3) || (next & 0xC0U) != 0x80) {
             out.resize(start);
             out.append(text);
             return;
         }
-        out.push_back(static_cast<char>(((lead & 0x03) << 6) | (next & 0x3F)));
+        out.push_back(static_cast<char>(((lead & 0x03U) << 6U) | (next & 0x3FU)));
         ++i;
     }
 }
