@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <stdexcept>
@@ -50,7 +51,7 @@ Task<std::vector<std::unique_ptr<int>>> crowdOf(Crowd* crowd, int count, int fai
 }
 
 TEST(WhenAll, KeepsOrderAndBoundsWhatIsUnderWay) {
-    for (const std::size_t atMost : {0, 1, 3, 100}) {
+    for (const unsigned atMost : {0U, 1U, 3U, 100U}) {
         for (const bool threaded : {false, true}) {
             Crowd crowd;
             auto task = crowdOf(&crowd, 20, -1, atMost);
@@ -59,7 +60,7 @@ TEST(WhenAll, KeepsOrderAndBoundsWhatIsUnderWay) {
             ASSERT_EQ(values.size(), 20U);
             for (int i = 0; i < 20; ++i)
                 EXPECT_EQ(*values[static_cast<std::size_t>(i)], i);
-            EXPECT_LE(crowd.most, static_cast<int>(std::max<std::size_t>(atMost, 1)));
+            EXPECT_LE(crowd.most, static_cast<int>(std::max(atMost, 1U)));
         }
     }
     Crowd nobody;
