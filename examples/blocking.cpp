@@ -14,7 +14,7 @@
 int main(int count, char** arguments) {
     using OpenAPIURLSession::URLSessionTransport;
     const auto server = platform::URL::make(count == 3 ? arguments[1] : "");
-    if (!server) {
+    if (count != 3 || !server) {
         std::cerr << "Usage: blocking ADDRESS KEY\n";
         return 2;
     }

@@ -39,7 +39,7 @@ platform::Task<int> countWaitingDomains(QuillbeamAPI::Client client) {
 int main(int count, char** arguments) {
     using OpenAPIURLSession::URLSessionTransport;
     const auto server = platform::URL::make(count == 3 ? arguments[1] : "");
-    if (!server) {
+    if (count != 3 || !server) {
         std::cerr << "Usage: coroutine ADDRESS KEY\n";
         return 2;
     }
