@@ -6,44 +6,35 @@
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
+#include <numeric>
 
 namespace platform::inline v1 {
 
 namespace {
 
-/// A set of ASCII characters, one bit each.
-class ASCIISet {
-public:
-    constexpr explicit ASCIISet(std::string_view symbols) noexcept {
-        for (const char c : symbols) {
-            insert(static_cast<std::uint8_t>(c));
-        }
-    }
+/// For each byte, 1 where it is a character that passes, else 0: a byte is looked up at once, and adding up counts.
+using PassingBytes = std::array<std::uint8_t, 256>;
 
-    static constexpr ASCIISet alphanumerics() noexcept {
-        return ASCIISet("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
+constexpr PassingBytes passing(PassingBytes table, std::string_view symbols) noexcept {
+    for (const char c : symbols) {
+        if (static_cast<std::uint8_t>(c) < 0x80) table[static_cast<std::uint8_t>(c)] = 1;
     }
+    return table;
+}
 
-    constexpr ASCIISet operator|(const ASCIISet& other) const noexcept {
-        ASCIISet both = *this;
-        both.words_[0] |= other.words_[0];
-        both.words_[1] |= other.words_[1];
-        return both;
-    }
+constexpr PassingBytes alphanumerics = passing({}, "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
 
-    /// False for every byte of 0x80 and above.
-    constexpr bool contains(std::uint8_t c) const noexcept {
-        return c < 0x80 && ((words_[c >> 6U] >> (c & 0x3FU)) & 1U) != 0;
-    }
-
-private:
-    constexpr void insert(std::uint8_t c) noexcept {
-        if (c < 0x80) words_[c >> 6U] |= std::uint64_t{1} << (c & 0x3FU);
-    }
-
-    std::uint64_t words_[2] = {0, 0};
-};
+/// Writes three characters and gives the end behind them.
+char* writeEscape(char* at, std::uint8_t byte) noexcept {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    *at++ = '%';
+    *at++ = digits[byte >> 4U];
+    *at++ = digits[byte & 0xFU];
+    return at;
+}
 
 /// Ill-formed bytes come as a negative number.
 bool isLetterMarkOrNumber(UChar32 c) noexcept {
@@ -53,44 +44,45 @@ bool isLetterMarkOrNumber(UChar32 c) noexcept {
 } // namespace
 
 void appendPercentEscape(std::string& output, char byte) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    const auto value = static_cast<std::uint8_t>(byte);
-    const char escape[] = {'%', digits[value >> 4U], digits[value & 0xFU]};
-    output.append(escape, sizeof escape);
+    char escape[3];
+    output.append(escape, writeEscape(escape, static_cast<std::uint8_t>(byte)));
 }
 
 void appendPercentEncoded(std::string& output, std::string_view text, std::string_view allowedSymbols) {
-    constexpr ASCIISet alphanumerics = ASCIISet::alphanumerics();
-    const ASCIISet allowed = alphanumerics | ASCIISet(allowedSymbols);
+    const PassingBytes passes = passing(alphanumerics, allowedSymbols);
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-    std::size_t next = 0;
-    while (next < text.size()) {
-        std::size_t start = next;
-        while (next < text.size() && allowed.contains(bytes[next])) {
-            ++next;
-        }
-        output.append(text, start, next - start);
-        if (next == text.size()) return;
-        if (bytes[next] < 0x80) {
-            appendPercentEscape(output, text[next++]);
-            continue;
-        }
-        start = next;
-        UChar32 c = 0;
-        U8_NEXT(bytes, next, text.size(), c);
-        if (isLetterMarkOrNumber(c)) {
-            output.append(text, start, next - start);
+    std::size_t passingCount = 0; // at least: some characters beyond ASCII pass too
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        passingCount += passes[bytes[i]];
+    }
+    if (passingCount == text.size()) {
+        output += text;
+        return;
+    }
+    const std::size_t start = output.size();
+    output.resize(start + passingCount + 3 * (text.size() - passingCount));
+    char* at = output.data() + start;
+    for (std::size_t next = 0; next < text.size();) {
+        if (passes[bytes[next]] != 0) {
+            *at++ = text[next++];
+        } else if (bytes[next] < 0x80) {
+            at = writeEscape(at, bytes[next++]);
         } else {
-            for (; start < next; ++start) {
-                appendPercentEscape(output, text[start]);
+            const std::size_t first = next;
+            UChar32 c = 0;
+            U8_NEXT(bytes, next, text.size(), c);
+            if (isLetterMarkOrNumber(c)) {
+                at = std::copy(text.data() + first, text.data() + next, at);
+            } else {
+                at = std::accumulate(bytes + first, bytes + next, at, writeEscape);
             }
         }
     }
+    output.resize(static_cast<std::size_t>(at - output.data()));
 }
 
 std::string percentEncoded(std::string_view text, std::string_view allowedSymbols) {
     std::string output;
-    output.reserve(text.size());
     appendPercentEncoded(output, text, allowedSymbols);
     return output;
 }
