@@ -142,7 +142,8 @@ Transfer::prepare(const URLRequest& request, const Target& target, const Options
     set(CURLOPT_CUSTOMREQUEST, isPlain ? nullptr : method_.c_str());
     set(CURLOPT_HTTPHEADER, headerLines_.empty() ? nullptr : headerLines_.data());
     const bool decodes = options.collectsBody && !request.allHTTPHeaderFields.contains("Accept-Encoding");
-    set(CURLOPT_ACCEPT_ENCODING, decodes ? "" : nullptr);
+    if (decodes != decodes_) set(CURLOPT_ACCEPT_ENCODING, decodes ? "" : nullptr); // making the list of all is dear
+    decodes_ = decodes;
     set(CURLOPT_HTTP_VERSION, options.collectsBody ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1);
     set(CURLOPT_FRESH_CONNECT, options.usesFreshConnection ? 1L : 0L);
     set(CURLOPT_PIPEWAIT, options.waitsForSharing ? 1L : 0L);

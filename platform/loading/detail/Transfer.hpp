@@ -130,6 +130,7 @@ private:
     std::vector<curl_slist> headerLines_; ///< the engine's list over `headerText_`, without an allocation each
 
     ResponseHead head_;
+    bool decodes_ = false; ///< as last set on the handle
     unsigned timesSent_ = 0;
     bool received_ = false;
     bool paused_ = false;

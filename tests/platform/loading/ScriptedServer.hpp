@@ -34,6 +34,9 @@ public:
         /// The number of this connection, from 1.
         [[nodiscard]] int number() const { return number_; }
 
+        /// For scripts that speak something else than HTTP; stays the server's.
+        [[nodiscard]] int socket() const { return socket_; }
+
         /// Waits for a whole request, with a body if it declares a length.
         Request readRequest();
 
