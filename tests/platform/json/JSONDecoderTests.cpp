@@ -254,7 +254,7 @@ TEST(JSONDecoder, OffersEveryContainerOperation) {
 
         EXPECT_EQ(top.superDecoder()->container().decode<int>("t"), 1);
         EXPECT_TRUE(top.superDecoder("missing")->singleValueContainer().decodeNil());
-        auto nestedList = top.nestedContainer("o").nestedContainer("p").nestedUnkeyedContainer("q");
+        auto nestedList = inner.nestedUnkeyedContainer("q");
         (void)nestedList.superDecoder();
         (void)nestedList.decodeNil();
         EXPECT_THROW((void)nestedList.nestedUnkeyedContainer(), DecodingError);

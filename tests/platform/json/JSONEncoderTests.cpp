@@ -56,7 +56,7 @@ TEST(JSONEncoder, WritesScalars) {
     );
     EXPECT_EQ(encoder.encode(Date(std::chrono::milliseconds(1500))), "1.5");
     EXPECT_EQ(
-        encoder.encode(std::string("\"\\/\b\f\n\r\t\x01\x1F\x7F é\U0001F600 and so on and on\0", 38)),
+        encoder.encode(std::string("\"\\/\b\f\n\r\t\x01\x1F\x7F é\U0001F600 and so on and on\0", 36)),
         "\"\\\"\\\\\\/\\b\\f\\n\\r\\t\\u0001\\u001f\x7F é\U0001F600 and so on and on\\u0000\""
     );
     EXPECT_EQ(JSONEncoder(JSONEncoder::withoutEscapingSlashes).encode(std::string("a/b")), R"("a/b")");
