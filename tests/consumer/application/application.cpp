@@ -12,9 +12,9 @@
 // A request path that no URL can hold ends the call before anything goes on the wire: the whole library is linked and
 // runs, and no server is needed.
 int main() {
-    const auto transport = std::make_shared<OpenAPIURLSession::URLSessionTransport>(
-        OpenAPIURLSession::URLSessionTransport::Configuration(std::make_shared<platform::URLSession>())
-    );
+    using OpenAPIURLSession::URLSessionTransport;
+    const URLSessionTransport::Configuration configuration{platform::URLSession()};
+    const auto transport = std::make_shared<URLSessionTransport>(configuration);
     const auto base = platform::URL::make("mailto:nobody");
     QuillbeamAPI::Client client(*base, transport);
     try {
