@@ -19,8 +19,12 @@ const platform::RecordFields& CreateApiKeyDTO::recordFields() {
 const platform::RecordFields& APIKeyDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "APIKeyDTO", field("id", &APIKeyDTO::id), field("key", &APIKeyDTO::key), field("name", &APIKeyDTO::name),
-        field("createdAt", &APIKeyDTO::createdAt), field("lastUsedAt", &APIKeyDTO::lastUsedAt)
+        "APIKeyDTO",
+        field("id", &APIKeyDTO::id),
+        field("key", &APIKeyDTO::key),
+        field("name", &APIKeyDTO::name),
+        field("createdAt", &APIKeyDTO::createdAt),
+        field("lastUsedAt", &APIKeyDTO::lastUsedAt)
     );
     return table;
 }
@@ -97,7 +101,8 @@ APIProtocol::createApiKey(AcceptHeaders headers, JSONBody<Components::Schemas::C
 
 platform::Task<Operations::deleteApiKey::Output> Client::deleteApiKey(Operations::deleteApiKey::Input input) {
     return detail::call<Operations::deleteApiKey::Output>(
-        *client_, {Operations::deleteApiKey::id, HTTPTypes::HTTPRequest::Method::_delete, "/api-keys/{}"},
+        *client_,
+        {Operations::deleteApiKey::id, HTTPTypes::HTTPRequest::Method::_delete, "/api-keys/{}"},
         std::move(input)
     );
 }

@@ -29,7 +29,8 @@ const platform::RecordFields& TimelineDTO::recordFields() {
 const platform::RecordFields& CountryAnalyticsDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "CountryAnalyticsDTO", field("countryCode", &CountryAnalyticsDTO::countryCode),
+        "CountryAnalyticsDTO",
+        field("countryCode", &CountryAnalyticsDTO::countryCode),
         field("clickCount", &CountryAnalyticsDTO::clickCount)
     );
     return table;
@@ -38,7 +39,8 @@ const platform::RecordFields& CountryAnalyticsDTO::recordFields() {
 const platform::RecordFields& RegionsAnalyticsDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "RegionsAnalyticsDTO", field("region", &RegionsAnalyticsDTO::region),
+        "RegionsAnalyticsDTO",
+        field("region", &RegionsAnalyticsDTO::region),
         field("clickCount", &RegionsAnalyticsDTO::clickCount)
     );
     return table;
@@ -47,7 +49,8 @@ const platform::RecordFields& RegionsAnalyticsDTO::recordFields() {
 const platform::RecordFields& DeviceAnalyticsDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "DeviceAnalyticsDTO", field("device", &DeviceAnalyticsDTO::device),
+        "DeviceAnalyticsDTO",
+        field("device", &DeviceAnalyticsDTO::device),
         field("clickCount", &DeviceAnalyticsDTO::clickCount)
     );
     return table;
@@ -56,7 +59,8 @@ const platform::RecordFields& DeviceAnalyticsDTO::recordFields() {
 const platform::RecordFields& ReferrerAnalyticsDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "ReferrerAnalyticsDTO", field("referrer", &ReferrerAnalyticsDTO::referrer),
+        "ReferrerAnalyticsDTO",
+        field("referrer", &ReferrerAnalyticsDTO::referrer),
         field("clickCount", &ReferrerAnalyticsDTO::clickCount)
     );
     return table;
@@ -65,7 +69,8 @@ const platform::RecordFields& ReferrerAnalyticsDTO::recordFields() {
 const platform::RecordFields& BrowserAnalyticsDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "BrowserAnalyticsDTO", field("browser", &BrowserAnalyticsDTO::browser),
+        "BrowserAnalyticsDTO",
+        field("browser", &BrowserAnalyticsDTO::browser),
         field("clickCount", &BrowserAnalyticsDTO::clickCount)
     );
     return table;
@@ -74,7 +79,8 @@ const platform::RecordFields& BrowserAnalyticsDTO::recordFields() {
 const platform::RecordFields& OperatingSystemAnalyticsDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "OperatingSystemAnalyticsDTO", field("os", &OperatingSystemAnalyticsDTO::os),
+        "OperatingSystemAnalyticsDTO",
+        field("os", &OperatingSystemAnalyticsDTO::os),
         field("clickCount", &OperatingSystemAnalyticsDTO::clickCount)
     );
     return table;
@@ -83,11 +89,16 @@ const platform::RecordFields& OperatingSystemAnalyticsDTO::recordFields() {
 const platform::RecordFields& LinkAnalyticsDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "LinkAnalyticsDTO", field("linkId", &LinkAnalyticsDTO::linkId),
-        field("clickCount", &LinkAnalyticsDTO::clickCount), field("timeline", &LinkAnalyticsDTO::timeline),
-        field("countries", &LinkAnalyticsDTO::countries), field("regions", &LinkAnalyticsDTO::regions),
-        field("devices", &LinkAnalyticsDTO::devices), field("referrers", &LinkAnalyticsDTO::referrers),
-        field("browsers", &LinkAnalyticsDTO::browsers), field("operatingSystems", &LinkAnalyticsDTO::operatingSystems)
+        "LinkAnalyticsDTO",
+        field("linkId", &LinkAnalyticsDTO::linkId),
+        field("clickCount", &LinkAnalyticsDTO::clickCount),
+        field("timeline", &LinkAnalyticsDTO::timeline),
+        field("countries", &LinkAnalyticsDTO::countries),
+        field("regions", &LinkAnalyticsDTO::regions),
+        field("devices", &LinkAnalyticsDTO::devices),
+        field("referrers", &LinkAnalyticsDTO::referrers),
+        field("browsers", &LinkAnalyticsDTO::browsers),
+        field("operatingSystems", &LinkAnalyticsDTO::operatingSystems)
     );
     return table;
 }
@@ -105,8 +116,11 @@ const platform::RecordFields& getLinkAnalytics::Path::recordFields() {
 const platform::RecordFields& getLinkAnalytics::Query::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "Query", field("unit", &getLinkAnalytics::Query::unit), field("startDate", &getLinkAnalytics::Query::startDate),
-        field("endDate", &getLinkAnalytics::Query::endDate), field("content", &getLinkAnalytics::Query::content)
+        "Query",
+        field("unit", &getLinkAnalytics::Query::unit),
+        field("startDate", &getLinkAnalytics::Query::startDate),
+        field("endDate", &getLinkAnalytics::Query::endDate),
+        field("content", &getLinkAnalytics::Query::content)
     );
     return table;
 }
@@ -114,8 +128,10 @@ const platform::RecordFields& getLinkAnalytics::Query::recordFields() {
 const platform::RecordFields& getLinkAnalytics::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "getLinkAnalytics.Input", field("path", &getLinkAnalytics::Input::path),
-        field("query", &getLinkAnalytics::Input::query), field("headers", &getLinkAnalytics::Input::headers)
+        "getLinkAnalytics.Input",
+        field("path", &getLinkAnalytics::Input::path),
+        field("query", &getLinkAnalytics::Input::query),
+        field("headers", &getLinkAnalytics::Input::headers)
     );
     return table;
 }
@@ -127,7 +143,8 @@ const platform::RecordFields& getLinkAnalytics::Input::recordFields() {
 platform::Task<Operations::getLinkAnalytics::Output> Client::getLinkAnalytics(Operations::getLinkAnalytics::Input input
 ) {
     return detail::call<Operations::getLinkAnalytics::Output>(
-        *client_, {Operations::getLinkAnalytics::id, HTTPTypes::HTTPRequest::Method::get, "/analytics/link/{}"},
+        *client_,
+        {Operations::getLinkAnalytics::id, HTTPTypes::HTTPRequest::Method::get, "/analytics/link/{}"},
         std::move(input)
     );
 }

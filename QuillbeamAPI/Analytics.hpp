@@ -285,6 +285,7 @@ struct platform::RawValues<QuillbeamAPI::Operations::getLinkAnalytics::Query::un
 
 template <>
 struct platform::RawValues<QuillbeamAPI::Operations::getLinkAnalytics::Query::contentPayloadPayload> {
-    static constexpr std::string_view values[] = {"timeline",  "countries", "regions",          "devices",
-                                                  "referrers", "browsers",  "operating_systems"};
+    static constexpr std::string_view values[] = {
+        "timeline", "countries", "regions", "devices", "referrers", "browsers", "operating_systems"
+    };
 };

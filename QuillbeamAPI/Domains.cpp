@@ -21,7 +21,9 @@ const platform::RecordFields& DNSRecordName::recordFields() {
 const platform::RecordFields& DNSRecord::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "DNSRecord", field("name", &DNSRecord::name), field("type", &DNSRecord::_type, "_type"),
+        "DNSRecord",
+        field("name", &DNSRecord::name),
+        field("type", &DNSRecord::_type, "_type"),
         field("value", &DNSRecord::value)
     );
     return table;
@@ -30,8 +32,10 @@ const platform::RecordFields& DNSRecord::recordFields() {
 const platform::RecordFields& CustomDomainMetadata::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "CustomDomainMetadata", field("redirectUrl", &CustomDomainMetadata::redirectUrl),
-        field("status", &CustomDomainMetadata::status), field("dnsRecords", &CustomDomainMetadata::dnsRecords),
+        "CustomDomainMetadata",
+        field("redirectUrl", &CustomDomainMetadata::redirectUrl),
+        field("status", &CustomDomainMetadata::status),
+        field("dnsRecords", &CustomDomainMetadata::dnsRecords),
         field("verificationErrors", &CustomDomainMetadata::verificationErrors)
     );
     return table;
@@ -40,7 +44,9 @@ const platform::RecordFields& CustomDomainMetadata::recordFields() {
 const platform::RecordFields& DomainDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "DomainDTO", field("id", &DomainDTO::id), field("name", &DomainDTO::name),
+        "DomainDTO",
+        field("id", &DomainDTO::id),
+        field("name", &DomainDTO::name),
         field("customDomainMetadata", &DomainDTO::customDomainMetadata)
     );
     return table;
@@ -113,8 +119,10 @@ const platform::RecordFields& updateDomain::Path::recordFields() {
 const platform::RecordFields& updateDomain::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "updateDomain.Input", field("path", &updateDomain::Input::path),
-        field("headers", &updateDomain::Input::headers), field("body", &updateDomain::Input::body)
+        "updateDomain.Input",
+        field("path", &updateDomain::Input::path),
+        field("headers", &updateDomain::Input::headers),
+        field("body", &updateDomain::Input::body)
     );
     return table;
 }
@@ -209,7 +217,8 @@ platform::Task<Operations::updateDomain::Output> APIProtocol::updateDomain(
 
 platform::Task<Operations::deleteDomain::Output> Client::deleteDomain(Operations::deleteDomain::Input input) {
     return detail::call<Operations::deleteDomain::Output>(
-        *client_, {Operations::deleteDomain::id, HTTPTypes::HTTPRequest::Method::_delete, "/domains/{}"},
+        *client_,
+        {Operations::deleteDomain::id, HTTPTypes::HTTPRequest::Method::_delete, "/domains/{}"},
         std::move(input)
     );
 }

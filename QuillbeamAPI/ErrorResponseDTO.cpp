@@ -7,7 +7,8 @@ namespace QuillbeamAPI::inline v1::Components::Schemas {
 const platform::RecordFields& ErrorResponseDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "ErrorResponseDTO", field("code", &ErrorResponseDTO::code),
+        "ErrorResponseDTO",
+        field("code", &ErrorResponseDTO::code),
         field("errorDescription", &ErrorResponseDTO::errorDescription)
     );
     return table;

@@ -13,7 +13,8 @@ namespace Components::Schemas {
 const platform::RecordFields& ImageUploadResponse::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "ImageUploadResponse", field("uploadUrl", &ImageUploadResponse::uploadUrl),
+        "ImageUploadResponse",
+        field("uploadUrl", &ImageUploadResponse::uploadUrl),
         field("publicUrl", &ImageUploadResponse::publicUrl)
     );
     return table;
@@ -38,7 +39,8 @@ const platform::RecordFields& getSocialCardUploadUrl::Input::recordFields() {
 platform::Task<Operations::getSocialCardUploadUrl::Output>
 Client::getSocialCardUploadUrl(Operations::getSocialCardUploadUrl::Input input) {
     return detail::call<Operations::getSocialCardUploadUrl::Output>(
-        *client_, {Operations::getSocialCardUploadUrl::id, HTTPTypes::HTTPRequest::Method::post, "/images/social-card"},
+        *client_,
+        {Operations::getSocialCardUploadUrl::id, HTTPTypes::HTTPRequest::Method::post, "/images/social-card"},
         std::move(input)
     );
 }

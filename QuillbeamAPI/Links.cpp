@@ -21,16 +21,28 @@ const platform::RecordFields& RegionRedirect::recordFields() {
 const platform::RecordFields& LinkDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "LinkDTO", field("id", &LinkDTO::id), field("createdAt", &LinkDTO::createdAt),
-        field("destinationUrl", &LinkDTO::destinationUrl), field("title", &LinkDTO::title),
-        field("description", &LinkDTO::description), field("imageUrl", &LinkDTO::imageUrl),
-        field("slug", &LinkDTO::slug), field("domain", &LinkDTO::domain), field("shortUrl", &LinkDTO::shortUrl),
-        field("clickCount", &LinkDTO::clickCount), field("tags", &LinkDTO::tags),
-        field("utmSource", &LinkDTO::utmSource), field("utmMedium", &LinkDTO::utmMedium),
-        field("utmCampaign", &LinkDTO::utmCampaign), field("utmTerm", &LinkDTO::utmTerm),
-        field("utmContent", &LinkDTO::utmContent), field("iosRedirectUrl", &LinkDTO::iosRedirectUrl),
-        field("androidRedirectUrl", &LinkDTO::androidRedirectUrl), field("regionRedirects", &LinkDTO::regionRedirects),
-        field("expireAt", &LinkDTO::expireAt), field("expirationRedirect", &LinkDTO::expirationRedirect)
+        "LinkDTO",
+        field("id", &LinkDTO::id),
+        field("createdAt", &LinkDTO::createdAt),
+        field("destinationUrl", &LinkDTO::destinationUrl),
+        field("title", &LinkDTO::title),
+        field("description", &LinkDTO::description),
+        field("imageUrl", &LinkDTO::imageUrl),
+        field("slug", &LinkDTO::slug),
+        field("domain", &LinkDTO::domain),
+        field("shortUrl", &LinkDTO::shortUrl),
+        field("clickCount", &LinkDTO::clickCount),
+        field("tags", &LinkDTO::tags),
+        field("utmSource", &LinkDTO::utmSource),
+        field("utmMedium", &LinkDTO::utmMedium),
+        field("utmCampaign", &LinkDTO::utmCampaign),
+        field("utmTerm", &LinkDTO::utmTerm),
+        field("utmContent", &LinkDTO::utmContent),
+        field("iosRedirectUrl", &LinkDTO::iosRedirectUrl),
+        field("androidRedirectUrl", &LinkDTO::androidRedirectUrl),
+        field("regionRedirects", &LinkDTO::regionRedirects),
+        field("expireAt", &LinkDTO::expireAt),
+        field("expirationRedirect", &LinkDTO::expirationRedirect)
     );
     return table;
 }
@@ -46,13 +58,21 @@ const platform::RecordFields& LinkHistoryDTO::recordFields() {
 const platform::RecordFields& CreateLinkDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "CreateLinkDTO", field("tags", &CreateLinkDTO::tags), field("regionRedirects", &CreateLinkDTO::regionRedirects),
-        field("expireAt", &CreateLinkDTO::expireAt), field("destinationUrl", &CreateLinkDTO::destinationUrl),
-        field("domain", &CreateLinkDTO::domain), field("slug", &CreateLinkDTO::slug),
-        field("utmSource", &CreateLinkDTO::utmSource), field("utmMedium", &CreateLinkDTO::utmMedium),
-        field("utmCampaign", &CreateLinkDTO::utmCampaign), field("utmTerm", &CreateLinkDTO::utmTerm),
-        field("utmContent", &CreateLinkDTO::utmContent), field("title", &CreateLinkDTO::title),
-        field("description", &CreateLinkDTO::description), field("imageUrl", &CreateLinkDTO::imageUrl),
+        "CreateLinkDTO",
+        field("tags", &CreateLinkDTO::tags),
+        field("regionRedirects", &CreateLinkDTO::regionRedirects),
+        field("expireAt", &CreateLinkDTO::expireAt),
+        field("destinationUrl", &CreateLinkDTO::destinationUrl),
+        field("domain", &CreateLinkDTO::domain),
+        field("slug", &CreateLinkDTO::slug),
+        field("utmSource", &CreateLinkDTO::utmSource),
+        field("utmMedium", &CreateLinkDTO::utmMedium),
+        field("utmCampaign", &CreateLinkDTO::utmCampaign),
+        field("utmTerm", &CreateLinkDTO::utmTerm),
+        field("utmContent", &CreateLinkDTO::utmContent),
+        field("title", &CreateLinkDTO::title),
+        field("description", &CreateLinkDTO::description),
+        field("imageUrl", &CreateLinkDTO::imageUrl),
         field("iosRedirectUrl", &CreateLinkDTO::iosRedirectUrl),
         field("androidRedirectUrl", &CreateLinkDTO::androidRedirectUrl),
         field("expirationRedirectUrl", &CreateLinkDTO::expirationRedirectUrl)
@@ -63,13 +83,20 @@ const platform::RecordFields& CreateLinkDTO::recordFields() {
 const platform::RecordFields& EditLinkDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "EditLinkDTO", field("regionRedirects", &EditLinkDTO::regionRedirects),
-        field("expireAt", &EditLinkDTO::expireAt), field("destinationUrl", &EditLinkDTO::destinationUrl),
-        field("tags", &EditLinkDTO::tags), field("utmSource", &EditLinkDTO::utmSource),
-        field("utmMedium", &EditLinkDTO::utmMedium), field("utmCampaign", &EditLinkDTO::utmCampaign),
-        field("utmTerm", &EditLinkDTO::utmTerm), field("utmContent", &EditLinkDTO::utmContent),
-        field("title", &EditLinkDTO::title), field("description", &EditLinkDTO::description),
-        field("imageUrl", &EditLinkDTO::imageUrl), field("iosRedirectUrl", &EditLinkDTO::iosRedirectUrl),
+        "EditLinkDTO",
+        field("regionRedirects", &EditLinkDTO::regionRedirects),
+        field("expireAt", &EditLinkDTO::expireAt),
+        field("destinationUrl", &EditLinkDTO::destinationUrl),
+        field("tags", &EditLinkDTO::tags),
+        field("utmSource", &EditLinkDTO::utmSource),
+        field("utmMedium", &EditLinkDTO::utmMedium),
+        field("utmCampaign", &EditLinkDTO::utmCampaign),
+        field("utmTerm", &EditLinkDTO::utmTerm),
+        field("utmContent", &EditLinkDTO::utmContent),
+        field("title", &EditLinkDTO::title),
+        field("description", &EditLinkDTO::description),
+        field("imageUrl", &EditLinkDTO::imageUrl),
+        field("iosRedirectUrl", &EditLinkDTO::iosRedirectUrl),
         field("androidRedirectUrl", &EditLinkDTO::androidRedirectUrl),
         field("expirationRedirectUrl", &EditLinkDTO::expirationRedirectUrl)
     );
@@ -79,7 +106,8 @@ const platform::RecordFields& EditLinkDTO::recordFields() {
 const platform::RecordFields& AnonymousLinkResponseDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "AnonymousLinkResponseDTO", field("link", &AnonymousLinkResponseDTO::link),
+        "AnonymousLinkResponseDTO",
+        field("link", &AnonymousLinkResponseDTO::link),
         field("claimToken", &AnonymousLinkResponseDTO::claimToken)
     );
     return table;
@@ -108,7 +136,8 @@ const platform::RecordFields& ClaimLinksDTO::recordFields() {
 const platform::RecordFields& GoogleImportLinkDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "GoogleImportLinkDTO", field("originalUrl", &GoogleImportLinkDTO::originalUrl),
+        "GoogleImportLinkDTO",
+        field("originalUrl", &GoogleImportLinkDTO::originalUrl),
         field("newUrl", &GoogleImportLinkDTO::newUrl)
     );
     return table;
@@ -129,7 +158,9 @@ namespace Operations {
 const platform::RecordFields& getLinkHistory::Query::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "Query", field("query", &getLinkHistory::Query::query), field("tags", &getLinkHistory::Query::tags),
+        "Query",
+        field("query", &getLinkHistory::Query::query),
+        field("tags", &getLinkHistory::Query::tags),
         field("tagIds", &getLinkHistory::Query::tagIds)
     );
     return table;
@@ -138,7 +169,8 @@ const platform::RecordFields& getLinkHistory::Query::recordFields() {
 const platform::RecordFields& getLinkHistory::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "getLinkHistory.Input", field("query", &getLinkHistory::Input::query),
+        "getLinkHistory.Input",
+        field("query", &getLinkHistory::Input::query),
         field("headers", &getLinkHistory::Input::headers)
     );
     return table;
@@ -155,7 +187,8 @@ const platform::RecordFields& createLink::Input::recordFields() {
 const platform::RecordFields& createAnonymousLink::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "createAnonymousLink.Input", field("headers", &createAnonymousLink::Input::headers),
+        "createAnonymousLink.Input",
+        field("headers", &createAnonymousLink::Input::headers),
         field("body", &createAnonymousLink::Input::body)
     );
     return table;
@@ -164,7 +197,8 @@ const platform::RecordFields& createAnonymousLink::Input::recordFields() {
 const platform::RecordFields& createBulkLinks::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "createBulkLinks.Input", field("headers", &createBulkLinks::Input::headers),
+        "createBulkLinks.Input",
+        field("headers", &createBulkLinks::Input::headers),
         field("body", &createBulkLinks::Input::body)
     );
     return table;
@@ -173,7 +207,8 @@ const platform::RecordFields& createBulkLinks::Input::recordFields() {
 const platform::RecordFields& importGoogleLinks::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "importGoogleLinks.Input", field("headers", &importGoogleLinks::Input::headers),
+        "importGoogleLinks.Input",
+        field("headers", &importGoogleLinks::Input::headers),
         field("body", &importGoogleLinks::Input::body)
     );
     return table;
@@ -188,7 +223,9 @@ const platform::RecordFields& updateLink::Path::recordFields() {
 const platform::RecordFields& updateLink::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "updateLink.Input", field("path", &updateLink::Input::path), field("headers", &updateLink::Input::headers),
+        "updateLink.Input",
+        field("path", &updateLink::Input::path),
+        field("headers", &updateLink::Input::headers),
         field("body", &updateLink::Input::body)
     );
     return table;
@@ -211,7 +248,8 @@ const platform::RecordFields& deleteLink::Input::recordFields() {
 const platform::RecordFields& claimLegacyLinks::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "claimLegacyLinks.Input", field("headers", &claimLegacyLinks::Input::headers),
+        "claimLegacyLinks.Input",
+        field("headers", &claimLegacyLinks::Input::headers),
         field("body", &claimLegacyLinks::Input::body)
     );
     return table;
@@ -260,7 +298,8 @@ APIProtocol::createLink(AcceptHeaders headers, JSONBody<Components::Schemas::Cre
 platform::Task<Operations::createAnonymousLink::Output>
 Client::createAnonymousLink(Operations::createAnonymousLink::Input input) {
     return detail::call<Operations::createAnonymousLink::Output>(
-        *client_, {Operations::createAnonymousLink::id, HTTPTypes::HTTPRequest::Method::post, "/links/public"},
+        *client_,
+        {Operations::createAnonymousLink::id, HTTPTypes::HTTPRequest::Method::post, "/links/public"},
         std::move(input)
     );
 }
@@ -279,7 +318,8 @@ APIProtocol::createAnonymousLink(AcceptHeaders headers, JSONBody<Components::Sch
 
 platform::Task<Operations::createBulkLinks::Output> Client::createBulkLinks(Operations::createBulkLinks::Input input) {
     return detail::call<Operations::createBulkLinks::Output>(
-        *client_, {Operations::createBulkLinks::id, HTTPTypes::HTTPRequest::Method::post, "/links/bulk"},
+        *client_,
+        {Operations::createBulkLinks::id, HTTPTypes::HTTPRequest::Method::post, "/links/bulk"},
         std::move(input)
     );
 }
@@ -299,7 +339,8 @@ APIProtocol::createBulkLinks(AcceptHeaders headers, JSONBody<Components::Schemas
 platform::Task<Operations::importGoogleLinks::Output>
 Client::importGoogleLinks(Operations::importGoogleLinks::Input input) {
     return detail::call<Operations::importGoogleLinks::Output>(
-        *client_, {Operations::importGoogleLinks::id, HTTPTypes::HTTPRequest::Method::post, "/links/google-import"},
+        *client_,
+        {Operations::importGoogleLinks::id, HTTPTypes::HTTPRequest::Method::post, "/links/google-import"},
         std::move(input)
     );
 }
@@ -355,7 +396,8 @@ APIProtocol::deleteLink(Operations::deleteLink::Path path, AcceptHeaders headers
 platform::Task<Operations::claimLegacyLinks::Output> Client::claimLegacyLinks(Operations::claimLegacyLinks::Input input
 ) {
     return detail::call<Operations::claimLegacyLinks::Output>(
-        *client_, {Operations::claimLegacyLinks::id, HTTPTypes::HTTPRequest::Method::post, "/links/claim"},
+        *client_,
+        {Operations::claimLegacyLinks::id, HTTPTypes::HTTPRequest::Method::post, "/links/claim"},
         std::move(input)
     );
 }

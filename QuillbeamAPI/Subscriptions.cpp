@@ -13,9 +13,12 @@ namespace Components::Schemas {
 const platform::RecordFields& SubscriptionPackageDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "SubscriptionPackageDTO", field("id", &SubscriptionPackageDTO::id),
-        field("interval", &SubscriptionPackageDTO::interval), field("priceId", &SubscriptionPackageDTO::priceId),
-        field("productId", &SubscriptionPackageDTO::productId), field("currency", &SubscriptionPackageDTO::currency),
+        "SubscriptionPackageDTO",
+        field("id", &SubscriptionPackageDTO::id),
+        field("interval", &SubscriptionPackageDTO::interval),
+        field("priceId", &SubscriptionPackageDTO::priceId),
+        field("productId", &SubscriptionPackageDTO::productId),
+        field("currency", &SubscriptionPackageDTO::currency),
         field("amount", &SubscriptionPackageDTO::amount)
     );
     return table;
@@ -32,9 +35,12 @@ const platform::RecordFields& SubscriptionPackagesResponseDTO::recordFields() {
 const platform::RecordFields& UserSubscriptionDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "UserSubscriptionDTO", field("store", &UserSubscriptionDTO::store),
-        field("status", &UserSubscriptionDTO::status), field("plan", &UserSubscriptionDTO::plan),
-        field("id", &UserSubscriptionDTO::id), field("expirationDate", &UserSubscriptionDTO::expirationDate)
+        "UserSubscriptionDTO",
+        field("store", &UserSubscriptionDTO::store),
+        field("status", &UserSubscriptionDTO::status),
+        field("plan", &UserSubscriptionDTO::plan),
+        field("id", &UserSubscriptionDTO::id),
+        field("expirationDate", &UserSubscriptionDTO::expirationDate)
     );
     return table;
 }
@@ -56,7 +62,8 @@ const platform::RecordFields& SubscriptionPortalDTO::recordFields() {
 const platform::RecordFields& CreateCheckoutDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "CreateCheckoutDTO", field("redirect", &CreateCheckoutDTO::redirect),
+        "CreateCheckoutDTO",
+        field("redirect", &CreateCheckoutDTO::redirect),
         field("priceId", &CreateCheckoutDTO::priceId)
     );
     return table;
@@ -65,7 +72,8 @@ const platform::RecordFields& CreateCheckoutDTO::recordFields() {
 const platform::RecordFields& CheckoutResponseDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "CheckoutResponseDTO", field("subscriptionUpdated", &CheckoutResponseDTO::subscriptionUpdated),
+        "CheckoutResponseDTO",
+        field("subscriptionUpdated", &CheckoutResponseDTO::subscriptionUpdated),
         field("checkoutPageURL", &CheckoutResponseDTO::checkoutPageURL)
     );
     return table;
@@ -88,7 +96,8 @@ const platform::RecordFields& getSubscriptionPackages::Headers::recordFields() {
     static const platform::RecordTable table(
         "Headers",
         field(
-            "x-app-version", &getSubscriptionPackages::Headers::x_hyphen_app_hyphen_version,
+            "x-app-version",
+            &getSubscriptionPackages::Headers::x_hyphen_app_hyphen_version,
             "x_hyphen_app_hyphen_version"
         ),
         field("accept", &getSubscriptionPackages::Headers::accept)
@@ -99,7 +108,8 @@ const platform::RecordFields& getSubscriptionPackages::Headers::recordFields() {
 const platform::RecordFields& getSubscriptionPackages::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "getSubscriptionPackages.Input", field("query", &getSubscriptionPackages::Input::query),
+        "getSubscriptionPackages.Input",
+        field("query", &getSubscriptionPackages::Input::query),
         field("headers", &getSubscriptionPackages::Input::headers)
     );
     return table;
@@ -122,7 +132,8 @@ const platform::RecordFields& getSubscriptionPortal::Query::recordFields() {
 const platform::RecordFields& getSubscriptionPortal::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "getSubscriptionPortal.Input", field("query", &getSubscriptionPortal::Input::query),
+        "getSubscriptionPortal.Input",
+        field("query", &getSubscriptionPortal::Input::query),
         field("headers", &getSubscriptionPortal::Input::headers)
     );
     return table;
@@ -131,7 +142,8 @@ const platform::RecordFields& getSubscriptionPortal::Input::recordFields() {
 const platform::RecordFields& beginCheckout::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "beginCheckout.Input", field("headers", &beginCheckout::Input::headers),
+        "beginCheckout.Input",
+        field("headers", &beginCheckout::Input::headers),
         field("body", &beginCheckout::Input::body)
     );
     return table;
@@ -165,7 +177,8 @@ platform::Task<Operations::getSubscriptionPackages::Output> APIProtocol::getSubs
 
 platform::Task<Operations::getSubscription::Output> Client::getSubscription(Operations::getSubscription::Input input) {
     return detail::call<Operations::getSubscription::Output>(
-        *client_, {Operations::getSubscription::id, HTTPTypes::HTTPRequest::Method::get, "/subscriptions"},
+        *client_,
+        {Operations::getSubscription::id, HTTPTypes::HTTPRequest::Method::get, "/subscriptions"},
         std::move(input)
     );
 }
@@ -183,7 +196,8 @@ platform::Task<Operations::getSubscription::Output> APIProtocol::getSubscription
 platform::Task<Operations::getSubscriptionPortal::Output>
 Client::getSubscriptionPortal(Operations::getSubscriptionPortal::Input input) {
     return detail::call<Operations::getSubscriptionPortal::Output>(
-        *client_, {Operations::getSubscriptionPortal::id, HTTPTypes::HTTPRequest::Method::get, "/subscriptions/manage"},
+        *client_,
+        {Operations::getSubscriptionPortal::id, HTTPTypes::HTTPRequest::Method::get, "/subscriptions/manage"},
         std::move(input)
     );
 }
@@ -202,7 +216,8 @@ APIProtocol::getSubscriptionPortal(Operations::getSubscriptionPortal::Query quer
 
 platform::Task<Operations::beginCheckout::Output> Client::beginCheckout(Operations::beginCheckout::Input input) {
     return detail::call<Operations::beginCheckout::Output>(
-        *client_, {Operations::beginCheckout::id, HTTPTypes::HTTPRequest::Method::post, "/subscriptions/checkout"},
+        *client_,
+        {Operations::beginCheckout::id, HTTPTypes::HTTPRequest::Method::post, "/subscriptions/checkout"},
         std::move(input)
     );
 }

@@ -363,9 +363,18 @@ class Output
 template <>
 struct platform::RawValues<QuillbeamAPI::Components::Schemas::SubscriptionPackageDTO::idPayload> {
     static constexpr std::string_view values[] = {
-        "lite_monthly",       "lite_annual",       "pro_monthly",           "pro_annual",
-        "growth_monthly",     "growth_annual",     "lite_monthly_legacy",   "lite_annual_legacy",
-        "pro_monthly_legacy", "pro_annual_legacy", "growth_monthly_legacy", "growth_annual_legacy"
+        "lite_monthly",
+        "lite_annual",
+        "pro_monthly",
+        "pro_annual",
+        "growth_monthly",
+        "growth_annual",
+        "lite_monthly_legacy",
+        "lite_annual_legacy",
+        "pro_monthly_legacy",
+        "pro_annual_legacy",
+        "growth_monthly_legacy",
+        "growth_annual_legacy"
     };
 };
 

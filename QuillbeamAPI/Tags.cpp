@@ -35,7 +35,9 @@ const platform::RecordFields& updateTag::Path::recordFields() {
 const platform::RecordFields& updateTag::Input::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "updateTag.Input", field("path", &updateTag::Input::path), field("headers", &updateTag::Input::headers),
+        "updateTag.Input",
+        field("path", &updateTag::Input::path),
+        field("headers", &updateTag::Input::headers),
         field("body", &updateTag::Input::body)
     );
     return table;

@@ -19,8 +19,10 @@ const platform::RecordFields& AccountPortalDTO::recordFields() {
 const platform::RecordFields& TierUsageDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "TierUsageDTO", field("linksCreated", &TierUsageDTO::linksCreated),
-        field("clicksTracked", &TierUsageDTO::clicksTracked), field("linkLimit", &TierUsageDTO::linkLimit),
+        "TierUsageDTO",
+        field("linksCreated", &TierUsageDTO::linksCreated),
+        field("clicksTracked", &TierUsageDTO::clicksTracked),
+        field("linkLimit", &TierUsageDTO::linkLimit),
         field("clickLimit", &TierUsageDTO::clickLimit)
     );
     return table;
@@ -29,7 +31,9 @@ const platform::RecordFields& TierUsageDTO::recordFields() {
 const platform::RecordFields& UserInfoDTO::recordFields() {
     using platform::field;
     static const platform::RecordTable table(
-        "UserInfoDTO", field("email", &UserInfoDTO::email), field("firstName", &UserInfoDTO::firstName),
+        "UserInfoDTO",
+        field("email", &UserInfoDTO::email),
+        field("firstName", &UserInfoDTO::firstName),
         field("lastName", &UserInfoDTO::lastName)
     );
     return table;
@@ -66,7 +70,8 @@ const platform::RecordFields& getUserInfo::Input::recordFields() {
 platform::Task<Operations::getAccountPortal::Output> Client::getAccountPortal(Operations::getAccountPortal::Input input
 ) {
     return detail::call<Operations::getAccountPortal::Output>(
-        *client_, {Operations::getAccountPortal::id, HTTPTypes::HTTPRequest::Method::get, "/users/account-portal"},
+        *client_,
+        {Operations::getAccountPortal::id, HTTPTypes::HTTPRequest::Method::get, "/users/account-portal"},
         std::move(input)
     );
 }

@@ -64,8 +64,14 @@ inline void report(std::string_view name, std::string_view peer, double ratio, B
     const char* sign = bound == Bound::atMost ? "<=" : ">=";
     const bool met = target == 0 || (bound == Bound::atMost ? ratio <= target : ratio >= target);
     std::printf(
-        "%-44.*s %-28.*s %9.3f  %s %-7.3g %s\n", static_cast<int>(name.size()), name.data(),
-        static_cast<int>(peer.size()), peer.data(), ratio, sign, target,
+        "%-44.*s %-28.*s %9.3f  %s %-7.3g %s\n",
+        static_cast<int>(name.size()),
+        name.data(),
+        static_cast<int>(peer.size()),
+        peer.data(),
+        ratio,
+        sign,
+        target,
         target == 0 ? "(information)"
         : met       ? "met"
                     : "MISSED"
@@ -74,8 +80,15 @@ inline void report(std::string_view name, std::string_view peer, double ratio, B
     if (const char* path = std::getenv("QUILLBEAM_RATIOS")) {
         if (std::FILE* file = std::fopen(path, "a")) {
             std::fprintf(
-                file, "%.*s\t%.*s\t%.4f\t%s\t%g\n", static_cast<int>(name.size()), name.data(),
-                static_cast<int>(peer.size()), peer.data(), ratio, sign, target
+                file,
+                "%.*s\t%.*s\t%.4f\t%s\t%g\n",
+                static_cast<int>(name.size()),
+                name.data(),
+                static_cast<int>(peer.size()),
+                peer.data(),
+                ratio,
+                sign,
+                target
             );
             std::fclose(file);
         }

@@ -307,7 +307,8 @@ void HTTPFields::setFields(const HTTPField::Name& selector, std::vector<HTTPFiel
         if (position != endOfChain) {
             // A chain ascends, so what is left of it are all fields of the name from here on.
             const auto left = std::remove_if(
-                storage.fields.begin() + position, storage.fields.end(),
+                storage.fields.begin() + position,
+                storage.fields.end(),
                 [&name](const HTTPField& field) { return field.name == name; }
             );
             storage.fields.erase(left, storage.fields.end());

@@ -39,8 +39,15 @@ struct Domain {
 #define DOMAIN_COLUMNS "id, name, redirect_url, status, checks, verification_token, account_id IS NOT NULL"
 
 Domain domainOf(const Row& row) {
-    return Domain{row.text(0),    row.text(1),         row.optionalText(2), row.text(3),
-                  row.integer(4), row.optionalText(5), row.integer(6) != 0};
+    return Domain{
+        row.text(0),
+        row.text(1),
+        row.optionalText(2),
+        row.text(3),
+        row.integer(4),
+        row.optionalText(5),
+        row.integer(6) != 0
+    };
 }
 
 Domain requireDomain(Session& database, const Request& request, const Account& account) {
@@ -125,12 +132,20 @@ Response createDomain(Session& database, const Request& request, const Account& 
     const auto count = database.first("SELECT count(*) FROM domains WHERE account_id = ?", {account.id})->integer(0);
     if (count >= account.customDomainLimit) {
         throw Problem(
-            400, "The plan allows " + std::to_string(account.customDomainLimit) + " custom domains.",
+            400,
+            "The plan allows " + std::to_string(account.customDomainLimit) + " custom domains.",
             ErrorCode::customDomainLimitReached
         );
     }
-    const Domain domain{makeIdentifier("dom"), name, std::nullopt, "PENDING", 0, makeIdentifier("proof"),
-                        /*isCustom=*/true};
+    const Domain domain{
+        makeIdentifier("dom"),
+        name,
+        std::nullopt,
+        "PENDING",
+        0,
+        makeIdentifier("proof"),
+        /*isCustom=*/true
+    };
     database.execute(
         "INSERT INTO domains (id, account_id, name, status, verification_token) VALUES (?, ?, ?, ?, ?)",
         {domain.id, account.id, domain.name, domain.status, valueOf(domain.verificationToken)}
@@ -169,7 +184,8 @@ Response updateDomain(Session& database, const Request& request, const Account& 
     const auto redirectUrl = Body(request).optionalText("redirectUrl");
     if (!domain.isCustom) {
         throw Problem(
-            400, "The domain " + domain.name + " is built in and has no settings.",
+            400,
+            "The domain " + domain.name + " is built in and has no settings.",
             ErrorCode::domainSettingsNotAvailable
         );
     }

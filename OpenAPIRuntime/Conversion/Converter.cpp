@@ -71,7 +71,9 @@ std::string Converter::bestContentType(
 
 URIEncoder Converter::simpleStyleEncoder() const {
     return URIEncoder(URICoderConfiguration(
-        URICoderConfiguration::Style::simple, false, URICoderConfiguration::SpaceEscapingCharacter::percentEncoded,
+        URICoderConfiguration::Style::simple,
+        false,
+        URICoderConfiguration::SpaceEscapingCharacter::percentEncoded,
         configuration().dateTranscoder
     ));
 }
@@ -85,8 +87,10 @@ URIEncoder Converter::queryItemEncoder(
         );
     }
     return URIEncoder(URICoderConfiguration(
-        URICoderConfiguration::Style::form, explode.value_or(true),
-        URICoderConfiguration::SpaceEscapingCharacter::percentEncoded, configuration().dateTranscoder
+        URICoderConfiguration::Style::form,
+        explode.value_or(true),
+        URICoderConfiguration::SpaceEscapingCharacter::percentEncoded,
+        configuration().dateTranscoder
     ));
 }
 

@@ -11,7 +11,9 @@ using Kind = URIEncodedNode::InsertionError::Kind;
 void put(URIEncodedNode::Dictionary& entries, const std::string& key, URIEncodedNode child) {
     // Most values offer their members in order, so the place is mostly the end.
     const auto at = std::lower_bound(
-        entries.begin(), entries.end(), key,
+        entries.begin(),
+        entries.end(),
+        key,
         [](const URIEncodedNode::Entry& entry, const std::string& wanted) { return entry.key < wanted; }
     );
     if (at != entries.end() && at->key == key) {

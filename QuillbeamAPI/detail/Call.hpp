@@ -136,7 +136,8 @@ template <class Output, class Input>
 platform::Task<Output>
 call(const OpenAPIRuntime::UniversalClient& client, const OperationDescription& operation, Input input) {
     return client.send(
-        std::move(input), std::string(operation.id),
+        std::move(input),
+        std::string(operation.id),
         [converter = client.converter(), operation](const Input& serialized) {
             return serialize(converter, operation, serialized);
         },

@@ -385,8 +385,11 @@ int main(int argc, char** argv) {
         rounds
     );
     benchmarks::report(
-        "Task: continuation resumed in its body", "Asio async_initiate", continuation.ratio("task", "asio"),
-        Bound::atMost, 0.5
+        "Task: continuation resumed in its body",
+        "Asio async_initiate",
+        continuation.ratio("task", "asio"),
+        Bound::atMost,
+        0.5
     );
 
     const auto pull = benchmarks::compare(
@@ -403,7 +406,10 @@ int main(int argc, char** argv) {
         "Task: three-stage pull, ready", "Asio awaitable", pull.ratio("ready", "asio"), Bound::atMost, 0.45
     );
     benchmarks::report(
-        "Task: three-stage pull, a coroutine a chunk", "Asio awaitable", pull.ratio("suspended", "asio"), Bound::atMost,
+        "Task: three-stage pull, a coroutine a chunk",
+        "Asio awaitable",
+        pull.ratio("suspended", "asio"),
+        Bound::atMost,
         1
     );
 

@@ -78,7 +78,8 @@ int main() {
         const HTTPFields fields = makeFields(count);
         const Peer peer = makePeer(count);
         row(
-            "HTTPFields: make from names and values" + size, [count] { benchmark::DoNotOptimize(makeFields(count)); },
+            "HTTPFields: make from names and values" + size,
+            [count] { benchmark::DoNotOptimize(makeFields(count)); },
             [count] { benchmark::DoNotOptimize(makePeer(count)); }
         );
         row(
@@ -104,11 +105,13 @@ int main() {
             [&] { benchmark::DoNotOptimize(peer.find(http::field::access_control_allow_origin)); }
         );
         row(
-            "HTTPFields: find the last field" + size, [&] { benchmark::DoNotOptimize(fields.find(last)); },
+            "HTTPFields: find the last field" + size,
+            [&] { benchmark::DoNotOptimize(fields.find(last)); },
             [&] { benchmark::DoNotOptimize(peer.find(head[count - 1].first)); }
         );
         row(
-            "HTTPFields: miss" + size, [&] { benchmark::DoNotOptimize(fields.contains(absent)); },
+            "HTTPFields: miss" + size,
+            [&] { benchmark::DoNotOptimize(fields.contains(absent)); },
             [&] { benchmark::DoNotOptimize(peer.count("X-Absent")); }
         );
         row(
@@ -128,7 +131,8 @@ int main() {
             [count] { benchmark::DoNotOptimize(makePeer(count).count(http::field::content_type)); }
         );
         row(
-            "HTTPFields: copy" + size, [&] { benchmark::DoNotOptimize(HTTPFields(fields)); },
+            "HTTPFields: copy" + size,
+            [&] { benchmark::DoNotOptimize(HTTPFields(fields)); },
             [&] { benchmark::DoNotOptimize(Peer(peer)); }
         );
         row(

@@ -25,15 +25,28 @@ const RecordFields& RegionRedirect::recordFields() {
 
 const RecordFields& Link::recordFields() {
     static const RecordTable table(
-        "Link", field("id", &Link::id), field("createdAt", &Link::createdAt),
-        field("destinationUrl", &Link::destinationUrl), field("title", &Link::title),
-        field("description", &Link::description), field("imageUrl", &Link::imageUrl), field("slug", &Link::slug),
-        field("domain", &Link::domain), field("shortUrl", &Link::shortUrl), field("clickCount", &Link::clickCount),
-        field("tags", &Link::tags), field("utmSource", &Link::utmSource), field("utmMedium", &Link::utmMedium),
-        field("utmCampaign", &Link::utmCampaign), field("utmTerm", &Link::utmTerm),
-        field("utmContent", &Link::utmContent), field("iosRedirectUrl", &Link::iosRedirectUrl),
-        field("androidRedirectUrl", &Link::androidRedirectUrl), field("regionRedirects", &Link::regionRedirects),
-        field("expireAt", &Link::expireAt), field("expirationRedirect", &Link::expirationRedirect)
+        "Link",
+        field("id", &Link::id),
+        field("createdAt", &Link::createdAt),
+        field("destinationUrl", &Link::destinationUrl),
+        field("title", &Link::title),
+        field("description", &Link::description),
+        field("imageUrl", &Link::imageUrl),
+        field("slug", &Link::slug),
+        field("domain", &Link::domain),
+        field("shortUrl", &Link::shortUrl),
+        field("clickCount", &Link::clickCount),
+        field("tags", &Link::tags),
+        field("utmSource", &Link::utmSource),
+        field("utmMedium", &Link::utmMedium),
+        field("utmCampaign", &Link::utmCampaign),
+        field("utmTerm", &Link::utmTerm),
+        field("utmContent", &Link::utmContent),
+        field("iosRedirectUrl", &Link::iosRedirectUrl),
+        field("androidRedirectUrl", &Link::androidRedirectUrl),
+        field("regionRedirects", &Link::regionRedirects),
+        field("expireAt", &Link::expireAt),
+        field("expirationRedirect", &Link::expirationRedirect)
     );
     return table;
 }

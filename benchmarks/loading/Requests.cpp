@@ -201,7 +201,8 @@ public:
         curl_easy_setopt(easy_, CURLOPT_URL, url_.c_str());
         curl_easy_setopt(easy_, CURLOPT_PROXY, "");
         curl_easy_setopt(
-            easy_, CURLOPT_WRITEFUNCTION,
+            easy_,
+            CURLOPT_WRITEFUNCTION,
             +[](char* bytes, std::size_t, std::size_t size, void* out) {
                 static_cast<std::string*>(out)->append(bytes, size);
                 return size;
@@ -313,8 +314,11 @@ int main() {
             auto& all = layer.latencies;
             std::sort(all.begin(), all.end());
             benchmarks::report(
-                "loading: p99 of the time a request, 512 in flight", "its own p50",
-                all[all.size() * 99 / 100] / all[all.size() / 2], atMost, 3.5
+                "loading: p99 of the time a request, 512 in flight",
+                "its own p50",
+                all[all.size() * 99 / 100] / all[all.size() / 2],
+                atMost,
+                3.5
             );
         }
     }

@@ -97,10 +97,13 @@ struct Input {
 Task<DomainList> callTyped(const UniversalClient& client, std::string owner) {
     const Converter converter = client.converter();
     return client.send(
-        Input{std::move(owner)}, "listDomains",
+        Input{std::move(owner)},
+        "listDomains",
         [converter](const Input& input) {
             HTTPRequest request(
-                HTTPRequest::Method::get, std::nullopt, std::nullopt,
+                HTTPRequest::Method::get,
+                std::nullopt,
+                std::nullopt,
                 converter.renderedPath("/owners/{}/domains", input.owner)
             );
             request.headerFields.setValue(HTTPField::Name::accept, "application/json");
@@ -203,7 +206,8 @@ void row(const std::string& name, int domains, int middlewares, double target) {
     );
     benchmarks::report(name, "by hand", comparison.ratio("typed", "by hand"), benchmarks::Bound::atMost, target);
     std::printf(
-        "    %.0f ns a call, by hand %.0f ns\n", comparison.median("typed") / repetitions,
+        "    %.0f ns a call, by hand %.0f ns\n",
+        comparison.median("typed") / repetitions,
         comparison.median("by hand") / repetitions
     );
 }

@@ -36,8 +36,10 @@ void row(
 
 URIEncoder encoder(URICoderConfiguration::Style style) {
     return URIEncoder(URICoderConfiguration(
-        style, style == URICoderConfiguration::Style::form,
-        URICoderConfiguration::SpaceEscapingCharacter::percentEncoded, ISO8601DateTranscoder::iso8601()
+        style,
+        style == URICoderConfiguration::Style::form,
+        URICoderConfiguration::SpaceEscapingCharacter::percentEncoded,
+        ISO8601DateTranscoder::iso8601()
     ));
 }
 
@@ -48,8 +50,10 @@ int main() {
     const std::string escaped = "https://shop.example/sale?source=mail&label=spring 2026";
     const auto percent = [](const std::string& name, const std::string& text) {
         row(
-            "percent-encode: " + name, [&text] { benchmark::DoNotOptimize(platform::percentEncoded(text, "-._~")); },
-            [&text] { benchmark::DoNotOptimize(urls::encode(text, urls::unreserved_chars)); }, 1.0
+            "percent-encode: " + name,
+            [&text] { benchmark::DoNotOptimize(platform::percentEncoded(text, "-._~")); },
+            [&text] { benchmark::DoNotOptimize(urls::encode(text, urls::unreserved_chars)); },
+            1.0
         );
     };
     percent("nothing to escape", plain);
@@ -57,13 +61,16 @@ int main() {
 
     const URIEncoder simple = encoder(URICoderConfiguration::Style::simple);
     row(
-        "URIEncoder: a path parameter", [&] { benchmark::DoNotOptimize(simple.encode(plain, "")); },
-        [&] { benchmark::DoNotOptimize(urls::encode(plain, urls::unreserved_chars)); }, 2.0
+        "URIEncoder: a path parameter",
+        [&] { benchmark::DoNotOptimize(simple.encode(plain, "")); },
+        [&] { benchmark::DoNotOptimize(urls::encode(plain, urls::unreserved_chars)); },
+        2.0
     );
     const URIEncoder form = encoder(URICoderConfiguration::Style::form);
     const std::vector<std::string> tags{"spring sale", "mail", "2026", "landing page"};
     row(
-        "URIEncoder: a query item with four values", [&] { benchmark::DoNotOptimize(form.encode(tags, "tagId")); },
+        "URIEncoder: a query item with four values",
+        [&] { benchmark::DoNotOptimize(form.encode(tags, "tagId")); },
         [&] {
             urls::url url;
             for (const std::string& tag : tags) {

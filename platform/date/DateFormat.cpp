@@ -166,7 +166,8 @@ std::optional<Date> parseDate(std::string_view text, ISO8601Format format) noexc
     if (!offset || !scanner.isAtEnd()) return std::nullopt;
 
     const year_month_day calendar(
-        std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+        std::chrono::year(year),
+        std::chrono::month(static_cast<unsigned>(month)),
         std::chrono::day(static_cast<unsigned>(day))
     );
     if (!calendar.ok()) return std::nullopt;

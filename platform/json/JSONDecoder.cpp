@@ -21,8 +21,9 @@ struct Source {
 };
 
 std::string_view nounFor(JSONKind kind) noexcept {
-    static constexpr std::string_view nouns[] = {"null",     "a boolean", "a number",
-                                                 "a string", "an array",  "a dictionary"};
+    static constexpr std::string_view nouns[] = {
+        "null", "a boolean", "a number", "a string", "an array", "a dictionary"
+    };
     return nouns[static_cast<std::size_t>(kind)];
 }
 
@@ -57,17 +58,20 @@ throwFor(Read read, const Source& source, std::uint32_t index, const PathFrame& 
     const JSONNode& node = source.document[index];
     if (read == Read::null) {
         throw DecodingError::valueNotFound(
-            typeName, CodingErrorContext(
-                          codingPath(frame), "Expected " + typeName + " value but found null instead" + place(node)
-                      )
+            typeName,
+            CodingErrorContext(
+                codingPath(frame), "Expected " + typeName + " value but found null instead" + place(node)
+            )
         );
     }
     if (read == Read::mismatch) {
         throw DecodingError::typeMismatch(
-            typeName, CodingErrorContext(
-                          codingPath(frame), "Expected to decode " + typeName + " but found " +
-                                                 std::string(nounFor(node.kind)) + " instead" + place(node)
-                      )
+            typeName,
+            CodingErrorContext(
+                codingPath(frame),
+                "Expected to decode " + typeName + " but found " + std::string(nounFor(node.kind)) + " instead" +
+                    place(node)
+            )
         );
     }
     throw DecodingError::dataCorrupted(CodingErrorContext(

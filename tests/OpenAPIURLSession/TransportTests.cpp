@@ -70,7 +70,8 @@ TEST(Conversions, RequestURLIsBaseAndPathLetterForLetter) {
         {"http://h/api", std::nullopt, "http://h/api"},
         {"http://h", "/a b", "Invalid request URL from request path: /a b, method: PUT, relative to base URL: http://h"
         },
-        {"http://h", "no/slash",
+        {"http://h",
+         "no/slash",
          "Invalid request URL from request path: no/slash, method: PUT, relative to base URL: http://h"},
     };
 
@@ -89,8 +90,14 @@ TEST(Conversions, RequestURLIsBaseAndPathLetterForLetter) {
 TEST(Conversions, RequestFieldsOfOneNameBecomeOne) {
     HTTPRequest request("/", HTTPRequest::Method::get);
     for (const auto& one :
-         {field("X-A", "1"), field("Cookie", "a=1"), field("Set-Cookie", "x"), field("x-a", "2"),
-          field("cookie", "b=2"), field("Set-Cookie", "y"), field("X-Empty", ""), field("X-Bytes", "\xC3\xA9")})
+         {field("X-A", "1"),
+          field("Cookie", "a=1"),
+          field("Set-Cookie", "x"),
+          field("x-a", "2"),
+          field("cookie", "b=2"),
+          field("Set-Cookie", "y"),
+          field("X-Empty", ""),
+          field("X-Bytes", "\xC3\xA9")})
         request.headerFields.append(one);
     const auto result = makeURLRequest(request, url("http://h"));
     const platform::HTTPHeaderFields expected{

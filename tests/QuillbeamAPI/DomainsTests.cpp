@@ -42,8 +42,10 @@ TEST_F(Domains, RecordsDecodeWithAllTheirFields) {
     answer(200, R"({"domain": )" + customJSON + R"(, "ready": true, "unknown": [1, null]})");
     const auto output = syncWait(client.getDomain(Operations::getDomain::Path("d2")));
     const CustomDomainMetadata metadata(
-        std::nullopt, CustomDomainMetadata::statusPayload::PENDING,
-        {DNSRecord(DNSRecordName("example", "go"), "CNAME", "edge.example")}, {"no CNAME"}
+        std::nullopt,
+        CustomDomainMetadata::statusPayload::PENDING,
+        {DNSRecord(DNSRecordName("example", "go"), "CNAME", "edge.example")},
+        {"no CNAME"}
     );
     EXPECT_EQ(output.ok().body.json(), DomainResponseDTO(true, DomainDTO("d2", "go.example", metadata)));
 

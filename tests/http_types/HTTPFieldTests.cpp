@@ -104,7 +104,9 @@ TEST(HTTPField, ValuesAreRepairedAndKeptByteForByte) {
         HTTPField set(name, "old");
         set.setValue(c.text);
         for (const HTTPField& field :
-             {HTTPField(name, std::string(c.text)), HTTPField(name, std::string_view(c.text)), HTTPField(name, bytes),
+             {HTTPField(name, std::string(c.text)),
+              HTTPField(name, std::string_view(c.text)),
+              HTTPField(name, bytes),
               set}) {
             const auto stored =
                 field.withUnsafeBytesOfValue([](auto all) { return std::string(all.begin(), all.end()); });

@@ -67,7 +67,10 @@ platform::Task<HTTPResponseAndBody> Call::enter(
         return stack_->transport->send(std::move(request), std::move(body), std::move(baseURL), operationID_);
     }
     return stack_->middlewares[position]->intercept(
-        std::move(request), std::move(body), std::move(baseURL), operationID_,
+        std::move(request),
+        std::move(body),
+        std::move(baseURL),
+        operationID_,
         ClientMiddleware::Next(shared_from_this(), position + 1)
     );
 }
@@ -112,10 +115,15 @@ void Call::fail(const std::exception_ptr& error, Context context, const HTTPResp
     Cause cause = causeOf(error);
     const bool hasRequest = context == Context::request;
     throw ClientError(
-        operationID_, operationInput(), hasRequest ? std::optional(made_.request) : std::nullopt,
-        hasRequest ? made_.body : std::nullopt, hasRequest ? std::optional(stack_->serverURL) : std::nullopt,
-        received ? std::optional(received->response) : std::nullopt, received ? received->body : std::nullopt,
-        std::move(cause.description), std::move(cause.underlyingError)
+        operationID_,
+        operationInput(),
+        hasRequest ? std::optional(made_.request) : std::nullopt,
+        hasRequest ? made_.body : std::nullopt,
+        hasRequest ? std::optional(stack_->serverURL) : std::nullopt,
+        received ? std::optional(received->response) : std::nullopt,
+        received ? received->body : std::nullopt,
+        std::move(cause.description),
+        std::move(cause.underlyingError)
     );
 }
 

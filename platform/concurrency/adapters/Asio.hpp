@@ -175,7 +175,9 @@ auto asyncRun(std::shared_ptr<Executor> executor, Task<T> task, CompletionToken&
         boost::asio::any_io_executor target = boost::asio::get_associated_executor(handler);
         using Done = detail::CompleteAsioHandler<T, decltype(handler)>;
         spawn(
-            std::move(runsOn), std::move(token), std::move(work),
+            std::move(runsOn),
+            std::move(token),
+            std::move(work),
             Done(std::move(handler), std::move(target), std::move(stop))
         );
     };

@@ -104,8 +104,9 @@ private:
 
     [[noreturn]] void fail(const char* reason, const char* where) const {
         throw DecodingError::dataCorrupted(CodingErrorContext(
-            CodingPath(), std::string("The given data was not valid JSON: ") + reason + " (byte offset " +
-                              std::to_string(where - begin_) + ")."
+            CodingPath(),
+            std::string("The given data was not valid JSON: ") + reason + " (byte offset " +
+                std::to_string(where - begin_) + ")."
         ));
     }
 

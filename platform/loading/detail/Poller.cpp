@@ -48,7 +48,9 @@ private:
         for (const pollfd& entry : entries_) {
             if (entry.revents == 0) continue;
             ready.push_back(
-                {entry.fd, (entry.revents & (POLLIN | POLLHUP)) != 0, (entry.revents & POLLOUT) != 0,
+                {entry.fd,
+                 (entry.revents & (POLLIN | POLLHUP)) != 0,
+                 (entry.revents & POLLOUT) != 0,
                  (entry.revents & (POLLERR | POLLNVAL)) != 0}
             );
         }
@@ -88,7 +90,9 @@ private:
         for (int i = 0; i < count; ++i) {
             const epoll_event& event = events[static_cast<std::size_t>(i)];
             ready.push_back(
-                {event.data.fd, (event.events & (EPOLLIN | EPOLLHUP)) != 0, (event.events & EPOLLOUT) != 0,
+                {event.data.fd,
+                 (event.events & (EPOLLIN | EPOLLHUP)) != 0,
+                 (event.events & EPOLLOUT) != 0,
                  (event.events & EPOLLERR) != 0}
             );
         }

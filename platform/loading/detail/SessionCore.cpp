@@ -161,7 +161,8 @@ void SessionCore::run() noexcept {
     curl_multi_setopt(multi_, CURLMOPT_TIMERDATA, this);
     // The engine's own bound shrinks with the number of transfers, and would drop connections in every pause.
     curl_multi_setopt(
-        multi_, CURLMOPT_MAXCONNECTS,
+        multi_,
+        CURLMOPT_MAXCONNECTS,
         std::max<long>(maximumIdleConnections, 4L * configuration_.httpMaximumConnectionsPerHost)
     );
     try {
@@ -414,7 +415,8 @@ bool SessionCore::didCompleteHead(Transfer& transfer) {
     }
     if (const auto delegate = task.delegate) {
         delegate->didReceiveResponse(
-            URLSessionTask(task.shared_from_this()), task.response,
+            URLSessionTask(task.shared_from_this()),
+            task.response,
             [state = task.shared_from_this()](ResponseDisposition disposition) {
                 state->flags.fetch_or(
                     disposition == ResponseDisposition::allow ? TaskState::responseAllowed : TaskState::cancelled

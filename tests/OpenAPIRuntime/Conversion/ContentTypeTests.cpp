@@ -104,10 +104,22 @@ TEST(OpenAPIMIMEType, MatchesAReceivedTypeAgainstAnOption) {
 TEST(QualityValue, KeepsThreeDecimalPlaces) {
     // The text, and what it prints as; nothing for a text that is no quality.
     const std::vector<std::pair<std::string, std::optional<std::string>>> cases = {
-        {"0.5", "0.500"},        {"1", "1.000"},        {"0", "0.000"},        {"0.1239", "0.123"},
-        {"0.9999", "0.999"},     {"5e-1", "0.500"},     {"abc", std::nullopt}, {"", std::nullopt},
-        {" 1", std::nullopt},    {"1 ", std::nullopt},  {"0,5", std::nullopt}, {"-0.1", std::nullopt},
-        {"1.001", std::nullopt}, {"nan", std::nullopt}, {"inf", std::nullopt}, {"1e999", std::nullopt},
+        {"0.5", "0.500"},
+        {"1", "1.000"},
+        {"0", "0.000"},
+        {"0.1239", "0.123"},
+        {"0.9999", "0.999"},
+        {"5e-1", "0.500"},
+        {"abc", std::nullopt},
+        {"", std::nullopt},
+        {" 1", std::nullopt},
+        {"1 ", std::nullopt},
+        {"0,5", std::nullopt},
+        {"-0.1", std::nullopt},
+        {"1.001", std::nullopt},
+        {"nan", std::nullopt},
+        {"inf", std::nullopt},
+        {"1e999", std::nullopt},
     };
     for (const auto& [text, expected] : cases) {
         SCOPED_TRACE(text);

@@ -172,8 +172,9 @@ TEST(HTTPBody, CollectingStopsAtTheLimit) {
         EXPECT_EQ(error.prettyDescription(), error.what());
     }
     EXPECT_STREQ(
-        TooManyIterationsError().what(), "OpenAPIRuntime.HTTPBody attempted to create a second iterator, but the "
-                                         "underlying sequence is only safe to be iterated once."
+        TooManyIterationsError().what(),
+        "OpenAPIRuntime.HTTPBody attempted to create a second iterator, but the "
+        "underlying sequence is only safe to be iterated once."
     );
 }
 

@@ -157,14 +157,15 @@ TEST(UniversalClient, MiddlewaresRunInTheirOrderAndMayChangeWhatTheyPassOn) {
 }
 
 TEST(UniversalClient, TheTransportReceivesWhatTheSerializerMade) {
-    const auto transport = std::make_shared<FunctionTransport>([](HTTPRequest request, OptionalBody body, URL baseURL,
-                                                                  std::string operationID) {
-        EXPECT_EQ(request, serialize(Input()).request);
-        EXPECT_EQ(syncWait(OpenAPIRuntime::collect<std::string>(*body, 100)), "in");
-        EXPECT_EQ(baseURL.absoluteString(), "https://host.example");
-        EXPECT_EQ(operationID, "op");
-        return respond(200, "ok");
-    });
+    const auto transport = std::make_shared<FunctionTransport>(
+        [](HTTPRequest request, OptionalBody body, URL baseURL, std::string operationID) {
+            EXPECT_EQ(request, serialize(Input()).request);
+            EXPECT_EQ(syncWait(OpenAPIRuntime::collect<std::string>(*body, 100)), "in");
+            EXPECT_EQ(baseURL.absoluteString(), "https://host.example");
+            EXPECT_EQ(operationID, "op");
+            return respond(200, "ok");
+        }
+    );
     // The task keeps what it needs alive, also without its client.
     auto call = makeClient(transport).send(Input(), "op", serialize, deserialize);
     EXPECT_EQ(syncWait(std::move(call)), "ok");
@@ -235,34 +236,49 @@ TEST(UniversalClient, EveryStageFailsWithItsOwnContext) {
     };
 
     const auto send = [](std::shared_ptr<ClientTransport> transport,
-                         std::vector<std::shared_ptr<ClientMiddleware>> middlewares, auto serializer,
+                         std::vector<std::shared_ptr<ClientMiddleware>> middlewares,
+                         auto serializer,
                          auto deserializer) {
         return std::function<Task<std::string>()>([=] {
             return makeClient(transport, middlewares).send(Input(), "op", serializer, deserializer);
         });
     };
     const std::vector<Case> cases = {
-        {send(answering(trace), {}, badSerializer, deserialize), "", "Invalid header field name: 'a b'",
+        {send(answering(trace), {}, badSerializer, deserialize),
+         "",
+         "Invalid header field name: 'a b'",
          "Invalid header field name: 'a b'"},
-        {send(refusing, {}, serialize, deserialize), "rbu", "Transport threw an error.",
+        {send(refusing, {}, serialize, deserialize),
+         "rbu",
+         "Transport threw an error.",
          "Path was not set on the request."},
         {send(refusingLater, {}, serialize, deserialize), "rbu", "Transport threw an error.", "network"},
         {send(refusingLater, {passing}, serialize, deserialize), "rbu", "Transport threw an error.", "network"},
-        {send(answering(trace), {std::make_shared<Failing>()}, serialize, deserialize), "rbu",
-         "Middleware of type 'Failing' threw an error.", "middleware"},
-        {send(answering(trace), {passing, std::make_shared<FailingLater>()}, serialize, deserialize), "rbu",
-         "Middleware of type 'FailingLater' threw an error.", "later"},
-        {send(answering(trace), {}, serialize, badDeserializer), "rbuRB", "Missing required response body",
+        {send(answering(trace), {std::make_shared<Failing>()}, serialize, deserialize),
+         "rbu",
+         "Middleware of type 'Failing' threw an error.",
+         "middleware"},
+        {send(answering(trace), {passing, std::make_shared<FailingLater>()}, serialize, deserialize),
+         "rbu",
+         "Middleware of type 'FailingLater' threw an error.",
+         "later"},
+        {send(answering(trace), {}, serialize, badDeserializer),
+         "rbuRB",
+         "Missing required response body",
          "Missing required response body"},
         {send(answering(trace), {passing}, serialize, badDeserializerLater), "rbuRB", "Unknown", "decoding"},
         // Errors that stand for a failed stage give way to what they hold, wherever they come from.
         {send(
-             answering(trace), {}, serialize,
+             answering(trace),
+             {},
+             serialize,
              [](HTTPResponse, OptionalBody) -> Task<std::string> {
                  throw RuntimeError::handlerFailed(std::make_exception_ptr(std::runtime_error("handler")));
              }
          ),
-         "rbuRB", "User handler threw an error.", "handler"},
+         "rbuRB",
+         "User handler threw an error.",
+         "handler"},
     };
     for (const auto& expected : cases) {
         SCOPED_TRACE(expected.cause + expected.underlying);
@@ -320,8 +336,15 @@ TEST(ClientError, DescribesItsContext) {
     HTTPRequest request(HTTPRequest::Method::get, std::nullopt, std::nullopt, "/path");
     request.headerFields[HTTPField::Name::accept] = "application/json";
     ClientError error(
-        "getThing", platform::AnyValue(Input()), request, std::nullopt, *URL::make("https://host.example/api"),
-        HTTPResponse(404), HTTPBody("x"), "Unknown", std::make_exception_ptr(RuntimeError::pathUnset())
+        "getThing",
+        platform::AnyValue(Input()),
+        request,
+        std::nullopt,
+        *URL::make("https://host.example/api"),
+        HTTPResponse(404),
+        HTTPBody("x"),
+        "Unknown",
+        std::make_exception_ptr(RuntimeError::pathUnset())
     );
     const std::string text =
         "Client error - cause description: 'Unknown', underlying error: Path was not set on the request., operationID: "
@@ -346,10 +369,11 @@ TEST(UniversalClient, ServesConcurrentCalls) {
     const auto transport = std::make_shared<FunctionTransport>([](HTTPRequest request, OptionalBody, URL, std::string) {
         return hopThenRespond(*request.path());
     });
-    const auto passing = std::make_shared<FunctionMiddleware>([](HTTPRequest request, OptionalBody body, URL baseURL,
-                                                                 ClientMiddleware::Next next) {
-        return next(std::move(request), std::move(body), std::move(baseURL));
-    });
+    const auto passing = std::make_shared<FunctionMiddleware>(
+        [](HTTPRequest request, OptionalBody body, URL baseURL, ClientMiddleware::Next next) {
+            return next(std::move(request), std::move(body), std::move(baseURL));
+        }
+    );
     const auto client = makeClient(transport, {passing, passing});
     std::atomic<int> right = 0;
     std::vector<std::thread> threads;

@@ -31,7 +31,10 @@ struct Search {
     static const platform::RecordFields& recordFields() {
         using platform::field;
         static const platform::RecordTable table(
-            "Search", field("query", &Search::query), field("limit", &Search::limit), field("tags", &Search::tags),
+            "Search",
+            field("query", &Search::query),
+            field("limit", &Search::limit),
+            field("tags", &Search::tags),
             field("page", &Search::page)
         );
         return table;

@@ -102,8 +102,13 @@ const RecordFields& Tag::recordFields() {
 
 const RecordFields& Link::recordFields() {
     static const RecordTable table(
-        "Link", field("type", &Link::_type, "_type"), field("createdAt", &Link::createdAt), field("tags", &Link::tags),
-        field("mainTag", &Link::mainTag), field("counts", &Link::counts), field("status", &Link::status)
+        "Link",
+        field("type", &Link::_type, "_type"),
+        field("createdAt", &Link::createdAt),
+        field("tags", &Link::tags),
+        field("mainTag", &Link::mainTag),
+        field("counts", &Link::counts),
+        field("status", &Link::status)
     );
     return table;
 }
@@ -147,8 +152,9 @@ TEST(Records, EncodeInOrderAndDecodeBack) {
 
 TEST(Records, NeedWhatIsRequired) {
     EXPECT_EQ(
-        failure<Tag>(R"({"id":"1"})"), "DecodingError: keyNotFound name - at : No value associated with key 'name' "
-                                       "(byte offset 0). (underlying error: <nil>)"
+        failure<Tag>(R"({"id":"1"})"),
+        "DecodingError: keyNotFound name - at : No value associated with key 'name' "
+        "(byte offset 0). (underlying error: <nil>)"
     );
     EXPECT_TRUE(failure<Tag>(R"({"name":null})").starts_with("DecodingError: valueNotFound String - at name: "));
     EXPECT_TRUE(failure<std::vector<Tag>>(R"(["x"])").starts_with("DecodingError: typeMismatch Tag - at 0: "));

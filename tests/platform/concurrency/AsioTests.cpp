@@ -100,7 +100,8 @@ TEST(Asio, CancellationSlotStopsTheTask) {
     std::exception_ptr error;
     auto ended = [&error](std::exception_ptr failure, const std::string&) { error = std::move(failure); };
     asyncRun(
-        std::make_shared<AsioExecutor<boost::asio::io_context>>(context), waitAndSay(&timer, "never"),
+        std::make_shared<AsioExecutor<boost::asio::io_context>>(context),
+        waitAndSay(&timer, "never"),
         boost::asio::bind_cancellation_slot(signal.slot(), boost::asio::bind_executor(*context, ended))
     );
     auto cancel = [&signal] { signal.emit(boost::asio::cancellation_type::terminal); };

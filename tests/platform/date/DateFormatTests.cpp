@@ -33,8 +33,12 @@ TEST(DateFormat, agreesWithTheStandardLibrarysCalendar) {
         const std::string text = platform::formatDate(day, internetDateTime);
         char expected[32];
         std::snprintf(
-            expected, sizeof expected, "%s%04d-%02u-%02uT00:00:00Z", calendar.year() < std::chrono::year(0) ? "-" : "",
-            std::abs(static_cast<int>(calendar.year())), static_cast<unsigned>(calendar.month()),
+            expected,
+            sizeof expected,
+            "%s%04d-%02u-%02uT00:00:00Z",
+            calendar.year() < std::chrono::year(0) ? "-" : "",
+            std::abs(static_cast<int>(calendar.year())),
+            static_cast<unsigned>(calendar.month()),
             static_cast<unsigned>(calendar.day())
         );
         ASSERT_EQ(text, expected);
@@ -66,8 +70,10 @@ TEST(DateFormat, readsWhatRFC3339Allows) {
         EXPECT_EQ(platform::parseDate(text, internetDateTimeWithFractionalSeconds), std::nullopt) << text;
     }
     const Case fractional[] = {
-        {"2024-01-02T03:04:05.678901Z", sample},       {"2024-01-02T03:04:05.6789019999999999999999Z", sample},
-        {"2024-01-02T04:04:05.678901+01:00", sample},  {"1969-12-31T23:59:59.5Z", Date(-500ms)},
+        {"2024-01-02T03:04:05.678901Z", sample},
+        {"2024-01-02T03:04:05.6789019999999999999999Z", sample},
+        {"2024-01-02T04:04:05.678901+01:00", sample},
+        {"1969-12-31T23:59:59.5Z", Date(-500ms)},
         {"2024-01-02T03:04:05.0Z", Date(1704164645s)},
     };
     for (const auto& [text, date] : fractional) {

@@ -275,9 +275,10 @@ TEST(JSONDecoder, OffersEveryContainerOperation) {
 TEST(JSONDecoder, TellsWhereAndWhy) {
     using Lists = std::map<std::string, std::vector<int>>;
     EXPECT_EQ(
-        failure<Lists>(R"({"a":[1,"x"]})"), "DecodingError: typeMismatch Int32 - at a/1: Expected to decode Int32 but "
-                                            "found a string instead (byte offset 8). "
-                                            "(underlying error: <nil>)"
+        failure<Lists>(R"({"a":[1,"x"]})"),
+        "DecodingError: typeMismatch Int32 - at a/1: Expected to decode Int32 but "
+        "found a string instead (byte offset 8). "
+        "(underlying error: <nil>)"
     );
     EXPECT_EQ(
         failure<Lists>(R"({"a":[null]})"),
@@ -301,8 +302,9 @@ TEST(JSONDecoder, TellsWhereAndWhy) {
         auto top = decoder.container();
         auto nested = top.nestedContainer("a");
         EXPECT_EQ(
-            message([&] { (void)nested.decode<int>("c"); }), "DecodingError: keyNotFound c - at a: No value associated "
-                                                             "with key 'c' (byte offset 5). (underlying error: <nil>)"
+            message([&] { (void)nested.decode<int>("c"); }),
+            "DecodingError: keyNotFound c - at a: No value associated "
+            "with key 'c' (byte offset 5). (underlying error: <nil>)"
         );
         EXPECT_EQ(
             message([&] { (void)nested.nestedUnkeyedContainer("b").decode<int>(); }),

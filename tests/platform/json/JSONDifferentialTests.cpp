@@ -49,19 +49,21 @@ private:
     }
 
     void string(std::string& out) {
-        static constexpr std::array pieces{"a",
-                                           "key",
-                                           "\\n",
-                                           "\\\"",
-                                           "\\u00e9",
-                                           "\\ud83d\\ude00",
-                                           "é",
-                                           "\xF0\x9F\x98\x80",
-                                           "0123456789abcdef",
-                                           "/",
-                                           "\\/",
-                                           "\\u0000",
-                                           "\xE2\x82\xAC"};
+        static constexpr std::array pieces{
+            "a",
+            "key",
+            "\\n",
+            "\\\"",
+            "\\u00e9",
+            "\\ud83d\\ude00",
+            "é",
+            "\xF0\x9F\x98\x80",
+            "0123456789abcdef",
+            "/",
+            "\\/",
+            "\\u0000",
+            "\xE2\x82\xAC"
+        };
         out += '"';
         for (std::size_t n = pick(5); n > 0; --n)
             out += pieces[pick(pieces.size())];

@@ -165,8 +165,9 @@ TEST(JSONEncoder, RefusesWhatHasNoForm) {
     );
     EXPECT_NE(failure(std::numeric_limits<float>::quiet_NaN()), "no error");
     EXPECT_EQ(
-        failure(Scripted{[](Encoder&) {}}), "EncodingError: invalidValue Scripted - at : Top-level Scripted did not "
-                                            "encode any values. (underlying error: <nil>)"
+        failure(Scripted{[](Encoder&) {}}),
+        "EncodingError: invalidValue Scripted - at : Top-level Scripted did not "
+        "encode any values. (underlying error: <nil>)"
     );
     EXPECT_EQ(JSONEncoder().encode(std::vector{Scripted{[](Encoder&) {}}}), "[{}]");
     EXPECT_NE(

@@ -64,9 +64,18 @@ public:
 
     static std::string kindName(platform::URLError::Kind kind) {
         constexpr const char* names[] = {
-            "cancelled",      "timedOut", "cannotConnect",    "dns",        "connectionLost",
-            "badResponse",    "tls",      "tooManyRedirects", "bodyLength", "unsupportedURL",
-            "invalidRequest", "other"
+            "cancelled",
+            "timedOut",
+            "cannotConnect",
+            "dns",
+            "connectionLost",
+            "badResponse",
+            "tls",
+            "tooManyRedirects",
+            "bodyLength",
+            "unsupportedURL",
+            "invalidRequest",
+            "other"
         };
         return names[static_cast<int>(kind)];
     }

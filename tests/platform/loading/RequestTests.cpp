@@ -31,8 +31,12 @@ TEST(Requests, GoOutAsGivenAndWithNothingElse) {
     auto plain = request(server.url("/a/../b//%7e%41?q=%20&r"));
     auto fields = request(server.url());
     fields.allHTTPHeaderFields = {
-        {"X-Empty", ""},           {"X-Spaces", "  a b \t"},        {"Accept", "a/b"},
-        {"Accept-Encoding", "br"}, {"X-Latin", "\xC3\x83\xC2\xA9"}, {"X-Beyond", "\xE2\x82\xAC"}
+        {"X-Empty", ""},
+        {"X-Spaces", "  a b \t"},
+        {"Accept", "a/b"},
+        {"Accept-Encoding", "br"},
+        {"X-Latin", "\xC3\x83\xC2\xA9"},
+        {"X-Beyond", "\xE2\x82\xAC"}
     };
     auto derived = request(server.url(), "POST");
     derived.allHTTPHeaderFields = {{"content-length", "99"}, {"Transfer-Encoding", "chunked"}, {"Connection", "close"}};
@@ -96,8 +100,12 @@ TEST(Requests, HeadsKeepOrderDuplicatesAndEveryByte) {
     EXPECT_THAT(
         outcome.response().allHeaderFields(),
         ElementsAre(
-            Pair("Set-Cookie", "a"), Pair("x-b", "caf\xC3\xA9"), Pair("Set-Cookie", "b"), Pair("Empty", ""),
-            Pair("Folded", "one two"), Pair("Transfer-Encoding", "chunked")
+            Pair("Set-Cookie", "a"),
+            Pair("x-b", "caf\xC3\xA9"),
+            Pair("Set-Cookie", "b"),
+            Pair("Empty", ""),
+            Pair("Folded", "one two"),
+            Pair("Transfer-Encoding", "chunked")
         )
     );
     EXPECT_EQ(outcome.response().expectedContentLength(), -1);

@@ -61,8 +61,16 @@ TEST(Numbers, everyBitPatternReadsBackBitForBit) {
 
 TEST(Numbers, parsingTakesWholeTextsOnly) {
     const std::pair<std::string_view, double> accepted[] = {
-        {"5", 5},          {"+.5", 0.5},       {"5.", 5},          {"-1E3", -1000},   {"1e-400", 0},
-        {"-1e-400", -0.0}, {"3e-324", 5e-324}, {"2e-310", 2e-310}, {"INF", HUGE_VAL}, {"-infinity", -HUGE_VAL},
+        {"5", 5},
+        {"+.5", 0.5},
+        {"5.", 5},
+        {"-1E3", -1000},
+        {"1e-400", 0},
+        {"-1e-400", -0.0},
+        {"3e-324", 5e-324},
+        {"2e-310", 2e-310},
+        {"INF", HUGE_VAL},
+        {"-infinity", -HUGE_VAL},
     };
     for (const auto& [text, number] : accepted) {
         const std::optional<double> parsed = platform::parseDouble(text);

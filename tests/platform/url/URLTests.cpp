@@ -109,8 +109,15 @@ TEST(URL, refusesWhatIsNoReference) {
 
 TEST(URL, readsIPv6AddressesOfEveryShape) {
     for (const std::string_view address :
-         {"::", "::1", "1::", "1:2:3:4:5:6:7:8", "1:2:3:4:5:6:7::", "::2:3:4:5:6:7:8", "1:2:3:4:5:6:1.2.3.4",
-          "::ffff:0.0.0.0", "AbCd::eF"}) {
+         {"::",
+          "::1",
+          "1::",
+          "1:2:3:4:5:6:7:8",
+          "1:2:3:4:5:6:7::",
+          "::2:3:4:5:6:7:8",
+          "1:2:3:4:5:6:1.2.3.4",
+          "::ffff:0.0.0.0",
+          "AbCd::eF"}) {
         EXPECT_TRUE(URL::make("//[" + std::string(address) + "]")) << address;
     }
 }
