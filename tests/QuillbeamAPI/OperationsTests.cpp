@@ -62,7 +62,10 @@ const std::string apiKey = R"({"id": "k1", "key": "secret", "createdAt": "2024-0
 const std::string noBody = "not JSON, and never read";
 
 platform::Date date(int year, unsigned month, unsigned day) {
-    return platform::Date(std::chrono::sys_days(std::chrono::year(year) / month / day));
+    using namespace std::chrono;
+    return platform::Date(
+        sys_days(year_month_day(std::chrono::year(year), std::chrono::month(month), std::chrono::day(day)))
+    );
 }
 
 const std::vector<Expectation>& expectations() {

@@ -150,7 +150,7 @@ struct ContentType {
 
     static std::vector<ContentType> allCases() { return {{"application/json"}, {"text/plain"}}; }
 
-    friend bool operator==(const ContentType&, const ContentType&) = default;
+    bool operator==(const ContentType&) const = default;
 };
 
 using Accept = AcceptHeaderContentType<ContentType>;

@@ -139,7 +139,7 @@ struct ContentType {
 
     static List allCases() { return {}; }
 
-    friend bool operator==(const ContentType&, const ContentType&) = default;
+    bool operator==(const ContentType&) const = default;
 };
 
 TEST(Converter, SetsTheAcceptField) {
