@@ -39,7 +39,7 @@ struct Loaded {
 URLSessionTask makeTask(const URLSession& session, const URLRequest& request, Continuation<Loaded> continuation) {
     // Handlers must be copyable, and a continuation is not.
     auto shared = std::make_shared<Continuation<Loaded>>(std::move(continuation));
-    auto completionHandler = [shared, url = request.url](auto data, auto response, auto error) {
+    auto completionHandler = [shared, url = request.url](auto data, auto response, const auto& error) {
         if (error) {
             shared->fail(error);
         } else if (!response) {

@@ -23,7 +23,7 @@ ClientError::ClientError(
     , response(std::move(response_))
     , responseBody(std::move(responseBody_))
     , causeDescription(std::move(causeDescription_))
-    , underlyingError(std::move(underlyingError_))
+    , underlyingError(std::move(underlyingError_)) // NOLINT(bugprone-throw-keyword-missing): a member, not a throw
     , what_(std::make_shared<const std::string>(description())) {}
 
 std::string ClientError::description() const {

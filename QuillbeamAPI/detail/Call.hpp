@@ -90,7 +90,7 @@ template <class Output, class Case>
 platform::Task<Output> readAs(
     const OpenAPIRuntime::Converter& converter,
     const HTTPTypes::HTTPFields& headerFields,
-    std::optional<OpenAPIRuntime::HTTPBody> body
+    std::optional<OpenAPIRuntime::HTTPBody>&& body
 ) {
     if constexpr (std::is_same_v<Case, Response<Case::statusCode>>) {
         return platform::Task<Output>::ready(Case()); // documented without a body: whatever came stays unread
@@ -111,8 +111,9 @@ platform::Task<Output> deserializeAs(
     std::optional<OpenAPIRuntime::HTTPBody> body
 ) {
     const int status = response.status().code();
-    using Reader = platform::Task<
-        Output> (*)(const OpenAPIRuntime::Converter&, const HTTPTypes::HTTPFields&, std::optional<OpenAPIRuntime::HTTPBody>);
+    using Head = HTTPTypes::HTTPFields;
+    using Body = std::optional<OpenAPIRuntime::HTTPBody>;
+    using Reader = platform::Task<Output> (*)(const OpenAPIRuntime::Converter&, const Head&, Body&&);
     Reader reader = nullptr;
     ((status == Documented::statusCode ? void(reader = &readAs<Output, Documented>) : void()), ...);
     if (reader) return reader(converter, response.headerFields, std::move(body));
