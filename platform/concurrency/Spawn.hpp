@@ -34,14 +34,15 @@ struct Root {
 
     promise_type* promise;
 
-    void start(std::shared_ptr<Executor> executor, std::stop_token token) const noexcept {
+    /// @param executor the caller's own: the root may end, and let go of its copy, within the call
+    void start(const std::shared_ptr<Executor>& executor, std::stop_token token) const noexcept {
         promise->run = [](Job* job) noexcept {
             auto* self = static_cast<promise_type*>(job);
             TaskContext::run(self->owned, std::coroutine_handle<promise_type>::from_promise(*self));
         };
         promise->owned.stopToken = std::move(token);
         promise->owned.executor = executor;
-        executor->post(*promise); // `executor` is ours: the root may end, and let its own go, within the call
+        executor->post(*promise);
     }
 };
 
@@ -73,7 +74,7 @@ Root runRoot(Task<T> task, Done done) {
 template <class T, class Done>
     requires std::invocable<Done&, Result<T>&&>
 void spawn(std::shared_ptr<Executor> executor, std::stop_token token, Task<T> task, Done done) {
-    detail::runRoot(std::move(task), std::move(done)).start(std::move(executor), std::move(token));
+    detail::runRoot(std::move(task), std::move(done)).start(executor, std::move(token));
 }
 
 } // namespace platform::inline v1
