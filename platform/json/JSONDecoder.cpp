@@ -195,7 +195,7 @@ public:
 
     void fail(Read read, Place at, std::string typeName) const final {
         std::uint32_t index = 0;
-        if (read == Read::absent || !self().find(at, index)) self().failAbsent(at, std::move(typeName));
+        if (read == Read::absent || !self().find(at, index)) return self().failAbsent(at, std::move(typeName));
         throwFor(read, source_, index, self().frameFor(at), typeName);
     }
 
