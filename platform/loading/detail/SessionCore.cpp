@@ -548,7 +548,8 @@ void SessionCore::expireIdleTransfers() {
 void SessionCore::cancelEverything() {
     const auto cancel = [&](TaskState::List& tasks) {
         while (!tasks.empty()) {
-            const auto task = tasks.front();
+            // A copy: finishing takes the task off the list that may be the last to hold it.
+            const auto task = tasks.front(); // NOLINT(performance-unnecessary-copy-initialization)
             task->flags.fetch_or(TaskState::cancelled);
             finish(task, std::nullopt);
         }
