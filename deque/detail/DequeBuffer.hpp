@@ -1,0 +1,96 @@
+#pragma once
+
+#include "platform/Export.hpp"
+
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <string>
+
+namespace deque::inline v1::detail {
+
+/// A raw index into the slots of a buffer.
+struct DequeSlot {
+    std::ptrdiff_t position = 0;
+
+    [[nodiscard]] constexpr bool operator==(const DequeSlot&) const noexcept = default;
+};
+
+/// What stands before the slots in the one allocation of a buffer.
+///
+/// 0 <= count <= capacity, and 0 <= startSlot < capacity or both are 0. The element at offset i lives in slot
+/// startSlot + i, less `capacity` where that is `capacity` or more.
+struct DequeBufferHeader {
+    /// How many deques hold the buffer, or `lent`.
+    std::atomic<std::ptrdiff_t> references{1};
+    std::ptrdiff_t capacity = 0;
+    std::ptrdiff_t count = 0;
+    DequeSlot startSlot;
+
+    /// In `references`: one deque holds the buffer and has handed out references that may be written through. Such a
+    /// buffer is not shared: a copy of the deque copies the elements, or it would change with the original.
+    static constexpr std::ptrdiff_t lent = 0;
+
+    constexpr DequeBufferHeader() noexcept = default;
+
+    constexpr DequeBufferHeader(std::ptrdiff_t holders, std::ptrdiff_t slots) noexcept
+        : references(holders)
+        , capacity(slots) {}
+
+    /// The slot `distance` behind `slot`; 0 <= distance <= capacity.
+    [[nodiscard]] constexpr DequeSlot advanced(DequeSlot slot, std::ptrdiff_t distance) const noexcept {
+        const std::ptrdiff_t position = slot.position + distance;
+        return {position < capacity ? position : position - capacity};
+    }
+
+    /// The slot `distance` before `slot`; 0 <= distance <= capacity.
+    [[nodiscard]] constexpr DequeSlot receded(DequeSlot slot, std::ptrdiff_t distance) const noexcept {
+        const std::ptrdiff_t position = slot.position - distance;
+        return {position >= 0 ? position : position + capacity};
+    }
+
+    [[nodiscard]] constexpr DequeSlot slotForOffset(std::ptrdiff_t offset) const noexcept {
+        return advanced(startSlot, offset);
+    }
+
+    [[nodiscard]] constexpr DequeSlot slotAfter(DequeSlot slot) const noexcept { return advanced(slot, 1); }
+
+    [[nodiscard]] constexpr DequeSlot slotBefore(DequeSlot slot) const noexcept { return receded(slot, 1); }
+
+    /// Where the next element goes; equal to `startSlot` where the buffer is full.
+    [[nodiscard]] constexpr DequeSlot endSlot() const noexcept { return slotForOffset(count); }
+};
+
+/// Stands for every deque without capacity. It is never written, and no deque counts as its only holder.
+extern QUILLBEAM_EXPORT const DequeBufferHeader emptyDequeStorage;
+
+/// The larger of `minimum` and, unless `linearly`, one and a half times `capacity`, rounded up.
+[[nodiscard]] constexpr std::ptrdiff_t
+grownCapacity(std::ptrdiff_t capacity, std::ptrdiff_t minimum, bool linearly) noexcept {
+    return std::max(minimum, linearly ? capacity : capacity + capacity / 2 + capacity % 2);
+}
+
+/// Where the slots begin, in bytes from the header.
+template <class Element>
+inline constexpr std::size_t elementsOffset =
+    (sizeof(DequeBufferHeader) + alignof(Element) - 1) / alignof(Element) * alignof(Element);
+
+/// A buffer without elements, held once.
+/// @throws std::bad_alloc also where no object can be that large
+[[nodiscard]] QUILLBEAM_EXPORT DequeBufferHeader* allocateDequeBuffer(
+    std::ptrdiff_t capacity, std::size_t elementSize, std::size_t elementsStart, std::size_t elementAlignment
+);
+
+/// Frees a buffer whose elements are gone.
+QUILLBEAM_EXPORT void freeDequeBuffer(DequeBufferHeader* buffer, std::size_t elementAlignment) noexcept;
+
+/// "Deque<Int>._Storage(capacity: 8, count: 3, startSlot: 6)" for the element type name "Int".
+[[nodiscard]] QUILLBEAM_EXPORT std::string
+describeDequeStorage(const DequeBufferHeader& header, const std::string& elementTypeName);
+
+[[noreturn]] QUILLBEAM_EXPORT void stopOnIndexOutOfRange() noexcept;
+[[noreturn]] QUILLBEAM_EXPORT void stopOnRangeOutOfBounds() noexcept;
+[[noreturn]] QUILLBEAM_EXPORT void stopOnInvalidCount() noexcept;
+[[noreturn]] QUILLBEAM_EXPORT void stopOnEmptyDeque() noexcept;
+
+} // namespace deque::inline v1::detail

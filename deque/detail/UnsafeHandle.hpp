@@ -1,0 +1,129 @@
+#pragma once
+
+#include "deque/detail/DequeBuffer.hpp"
+#include "deque/detail/WrappedBuffer.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+namespace deque::inline v1::detail {
+
+/// A view of a buffer for the length of one operation: the slot arithmetic and the moves of elements between slots.
+/// It checks nothing.
+template <class Element>
+struct UnsafeHandle {
+    DequeBufferHeader* header;
+    Element* elements;
+
+    explicit UnsafeHandle(DequeBufferHeader* buffer) noexcept
+        : header(buffer)
+        , elements(reinterpret_cast<Element*>(reinterpret_cast<std::byte*>(buffer) + elementsOffset<Element>)) {}
+
+    /// The slots of `size` offsets from `offset` on, whatever is in them.
+    [[nodiscard]] WrappedBuffer<Element> slots(std::ptrdiff_t offset, std::ptrdiff_t size) const noexcept {
+        if (size == 0) return {};
+        const std::ptrdiff_t start = header->slotForOffset(offset).position;
+        const std::ptrdiff_t firstSize = std::min(size, header->capacity - start);
+        return {
+            {elements + start, static_cast<std::size_t>(firstSize)},
+            {elements, static_cast<std::size_t>(size - firstSize)}
+        };
+    }
+
+    void destroy(std::ptrdiff_t lower, std::ptrdiff_t upper) const noexcept {
+        if constexpr (!std::is_trivially_destructible_v<Element>) {
+            const auto [first, second] = slots(lower, upper - lower);
+            std::destroy(first.begin(), first.end());
+            std::destroy(second.begin(), second.end());
+        }
+    }
+
+    /// Makes `size` free slots before the element at `offset` and counts them as elements; the room is there. Either
+    /// the elements behind them move toward the end, or those before them toward the start.
+    WrappedBuffer<Element> openGap(std::ptrdiff_t size, std::ptrdiff_t offset, bool tailMoves) const noexcept {
+        if (tailMoves) {
+            moveTowardEnd(offset, header->count, size);
+        } else {
+            moveTowardStart(0, offset, size);
+            header->startSlot = header->receded(header->startSlot, size);
+        }
+        header->count += size;
+        return slots(offset, size);
+    }
+
+    /// Takes the free slots of an offset range out of the count, filling them from the side that `tailMoves` names.
+    void closeGap(std::ptrdiff_t lower, std::ptrdiff_t upper, bool tailMoves) const noexcept {
+        const std::ptrdiff_t size = upper - lower;
+        if (tailMoves) {
+            moveTowardStart(upper, header->count, size);
+        } else {
+            moveTowardEnd(0, lower, size);
+            header->startSlot = header->advanced(header->startSlot, size);
+        }
+        header->count -= size;
+    }
+
+private:
+    // Both sides of a move may wrap, each once: it falls into at most three runs that are contiguous on both sides. No
+    // run overwrites a slot that a later one reads, since a move toward the end starts with the last run, and one
+    // toward the start with the first.
+
+    void moveTowardEnd(std::ptrdiff_t lower, std::ptrdiff_t upper, std::ptrdiff_t distance) const noexcept {
+        std::ptrdiff_t left = upper - lower;
+        if (left == 0) return;
+        // One past the last slot of either side, from 1 to capacity.
+        DequeSlot from = header->slotAfter(header->slotForOffset(upper - 1));
+        DequeSlot to = header->advanced(from, distance);
+        while (left > 0) {
+            if (from.position == 0) from.position = header->capacity;
+            if (to.position == 0) to.position = header->capacity;
+            const std::ptrdiff_t run = std::min({left, from.position, to.position});
+            from.position -= run;
+            to.position -= run;
+            left -= run;
+            relocate(elements + from.position, elements + to.position, run);
+        }
+    }
+
+    void moveTowardStart(std::ptrdiff_t lower, std::ptrdiff_t upper, std::ptrdiff_t distance) const noexcept {
+        std::ptrdiff_t left = upper - lower;
+        if (left == 0) return;
+        DequeSlot from = header->slotForOffset(lower);
+        DequeSlot to = header->receded(from, distance);
+        while (left > 0) {
+            const std::ptrdiff_t run =
+                std::min({left, header->capacity - from.position, header->capacity - to.position});
+            relocate(elements + from.position, elements + to.position, run);
+            from = header->advanced(from, run);
+            to = header->advanced(to, run);
+            left -= run;
+        }
+    }
+
+    /// Moves `size` elements into free slots, or into slots freed by this very move.
+    static void relocate(Element* from, Element* to, std::ptrdiff_t size) noexcept {
+        if constexpr (std::is_trivially_copyable_v<Element>) {
+            std::memmove(
+                static_cast<void*>(to), static_cast<const void*>(from), static_cast<std::size_t>(size) * sizeof(Element)
+            );
+        } else if (to < from) {
+            for (std::ptrdiff_t i = 0; i < size; ++i)
+                relocateOne(from + i, to + i);
+        } else {
+            for (std::ptrdiff_t i = size; i-- > 0;)
+                relocateOne(from + i, to + i);
+        }
+    }
+
+    static void relocateOne(Element* from, Element* to) noexcept {
+        ::new (static_cast<void*>(to)) Element(std::move(*from));
+        std::destroy_at(from);
+    }
+};
+
+} // namespace deque::inline v1::detail
