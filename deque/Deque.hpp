@@ -1078,7 +1078,7 @@ void Deque<Element>::appendContentsOf(Range&& elements) {
     if constexpr (std::same_as<std::remove_cvref_t<Range>, Deque> || detail::MeasurableRange<Range>) {
         withElementsOf(std::forward<Range>(elements), [this](auto source, Index size) {
             if (size == 0) return;
-            insertGap(count(), size, true, [&source](Gap gap) { constructFrom(source, gap); });
+            this->insertGap(count(), size, true, [&source](Gap gap) { constructFrom(source, gap); });
         });
     } else {
         for (auto&& element : elements)
@@ -1091,7 +1091,7 @@ template <detail::ElementRange<Element> Range>
 void Deque<Element>::prependContentsOf(Range&& elements) {
     withElementsOf(std::forward<Range>(elements), [this](auto source, Index size) {
         if (size == 0) return;
-        insertGap(0, size, false, [&source](Gap gap) { constructFrom(source, gap); });
+        this->insertGap(0, size, false, [&source](Gap gap) { constructFrom(source, gap); });
     });
 }
 
@@ -1101,7 +1101,7 @@ void Deque<Element>::insertContentsOf(Range&& elements, Index at) {
     checkPosition(at);
     withElementsOf(std::forward<Range>(elements), [this, at](auto source, Index size) {
         if (size == 0) return;
-        insertGap(at, size, tailMoves(at, at), [&source](Gap gap) { constructFrom(source, gap); });
+        this->insertGap(at, size, tailMoves(at, at), [&source](Gap gap) { constructFrom(source, gap); });
     });
 }
 
@@ -1122,7 +1122,7 @@ void Deque<Element>::replaceSubrange(Index lower, Index upper, Range&& elements)
                     *place = *source;
                 if (removed > 0) return removeRange(lower + replaced, upper, tailMoves(lower + replaced, upper));
                 if (added == 0) return;
-                return insertGap(upper, added, tailMoves(upper, upper), [&source](Gap gap) {
+                return this->insertGap(upper, added, tailMoves(upper, upper), [&source](Gap gap) {
                     constructFrom(source, gap);
                 });
             }
