@@ -46,7 +46,9 @@ public:
 
     constexpr DequeIterator& operator++() noexcept {
         ++current_;
-        if (++position_ == capacity_) current_ -= capacity_;
+        // Rare, and to be branched over: a conditional move would put the wrap into the chain from element to element.
+        if (++position_ == capacity_) [[unlikely]]
+            current_ -= capacity_;
         return *this;
     }
 
