@@ -197,9 +197,10 @@ class Output;
 /// server takes an `APIProtocol&` and hands in an implementation of its own.
 ///
 /// An operation takes its `Input`. Beside each stands a convenience form that takes the parts of the input as separate
-/// arguments, in the input's order, with and without the headers, which have defaults. All forms return a task that
-/// does nothing until it is awaited. The task fails with `OpenAPIRuntime::ClientError`, and with nothing else; a status
-/// that the service does not document is no failure but the output's `Undocumented` case.
+/// arguments, in the input's order, with and without the headers, which have defaults; where nothing is required, a
+/// form without arguments. All forms return a task that does nothing until it is awaited. The task fails with
+/// `OpenAPIRuntime::ClientError`, and with nothing else; a status that the service does not document is no failure but
+/// the output's `Undocumented` case.
 ///
 /// An implementing class brings the convenience forms into its own scope with `using APIProtocol::getDomains;` and so
 /// on.
@@ -261,6 +262,7 @@ public:
     /// Gives the page on which the subscription is managed.
     virtual platform::Task<Operations::getSubscriptionPortal::Output>
     getSubscriptionPortal(Operations::getSubscriptionPortal::Input input) = 0;
+    platform::Task<Operations::getSubscriptionPortal::Output> getSubscriptionPortal();
     platform::Task<Operations::getSubscriptionPortal::Output>
     getSubscriptionPortal(Operations::getSubscriptionPortal::Query query);
     platform::Task<Operations::getSubscriptionPortal::Output>
@@ -278,6 +280,7 @@ public:
     /// Lists the account's links, filtered by text and tags.
     virtual platform::Task<Operations::getLinkHistory::Output> getLinkHistory(Operations::getLinkHistory::Input input
     ) = 0;
+    platform::Task<Operations::getLinkHistory::Output> getLinkHistory(); ///< without a filter
     platform::Task<Operations::getLinkHistory::Output> getLinkHistory(Operations::getLinkHistory::Query query);
     platform::Task<Operations::getLinkHistory::Output>
     getLinkHistory(Operations::getLinkHistory::Query query, AcceptHeaders headers);

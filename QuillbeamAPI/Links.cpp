@@ -265,6 +265,10 @@ platform::Task<Operations::getLinkHistory::Output> Client::getLinkHistory(Operat
     );
 }
 
+platform::Task<Operations::getLinkHistory::Output> APIProtocol::getLinkHistory() {
+    return getLinkHistory(Operations::getLinkHistory::Input());
+}
+
 platform::Task<Operations::getLinkHistory::Output> APIProtocol::getLinkHistory(Operations::getLinkHistory::Query query
 ) {
     return getLinkHistory(Operations::getLinkHistory::Input(std::move(query)));

@@ -202,6 +202,10 @@ Client::getSubscriptionPortal(Operations::getSubscriptionPortal::Input input) {
     );
 }
 
+platform::Task<Operations::getSubscriptionPortal::Output> APIProtocol::getSubscriptionPortal() {
+    return getSubscriptionPortal(Operations::getSubscriptionPortal::Input());
+}
+
 platform::Task<Operations::getSubscriptionPortal::Output>
 APIProtocol::getSubscriptionPortal(Operations::getSubscriptionPortal::Query query) {
     return getSubscriptionPortal(Operations::getSubscriptionPortal::Input(std::move(query)));

@@ -388,9 +388,8 @@ TEST(Operations, AbsentParametersAddNothing) {
     Client client(Servers::Server1::url(), transport);
     transport->status = 500;
     const std::vector<std::pair<std::string, std::function<void()>>> cases = {
-        {"/links", [&] { (void)syncWait(client.getLinkHistory(Operations::getLinkHistory::Query())); }},
-        {"/subscriptions/manage",
-         [&] { (void)syncWait(client.getSubscriptionPortal(Operations::getSubscriptionPortal::Query())); }},
+        {"/links", [&] { (void)syncWait(client.getLinkHistory()); }},
+        {"/subscriptions/manage", [&] { (void)syncWait(client.getSubscriptionPortal()); }},
         {"/subscriptions/packages?country_code=",
          [&] { (void)syncWait(client.getSubscriptionPackages(Operations::getSubscriptionPackages::Query())); }},
         {"/analytics/link/?unit=hour&startDate=1970-01-01T00%3A00%3A00Z&endDate=1970-01-01T00%3A00%3A00Z",
