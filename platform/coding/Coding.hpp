@@ -29,12 +29,13 @@
 ///     struct platform::Coding<Shape> {
 ///         static constexpr std::string_view typeName = "Shape";                  // optional: for errors
 ///         static constexpr CodedShape shape = CodedShape::keyed;                 // optional: refuse other forms early
+///         static Shape blank();                                                  // for a type without default constructor
 ///         static void decode(Decoder& decoder, Shape& out);
 ///         static void encode(Encoder& encoder, const Shape& value);
 ///     };
 ///
 /// A tagged union reads its discriminator from `decoder.container()` and then decodes the case from the same decoder:
-/// `Coding<Circle>::decode(decoder, circle)`. Types are decoded into a default-constructed value.
+/// `Coding<Circle>::decode(decoder, circle)`. Types are decoded into a default-constructed value, or into `blank()`.
 namespace platform::inline v1 {
 
 namespace detail {
@@ -145,7 +146,7 @@ struct MapCoding {
         std::size_t cursor = 0;
         std::string key;
         while (container.implementation().nextKey(cursor, key)) {
-            Value value{};
+            Value value = blankFor<Value>();
             container.decode(key, value);
             out.emplace(std::move(key), std::move(value));
             key.clear();
@@ -217,7 +218,7 @@ struct Coding<std::optional<T>> {
     static void decode(Decoder& decoder, std::optional<T>& out) {
         auto container = decoder.singleValueContainer();
         out.reset();
-        if (!container.decodeNil()) container.decode(out.emplace());
+        if (!container.decodeNil()) container.decode(detail::emplaceBlank(out));
     }
 
     static void encode(Encoder& encoder, const std::optional<T>& value) {
@@ -241,8 +242,8 @@ struct Coding<std::vector<T>> {
         auto container = decoder.unkeyedContainer();
         out.reserve(container.count().value_or(0));
         while (!container.isAtEnd()) {
-            if constexpr (std::same_as<T, bool>) {
-                out.push_back(container.template decode<bool>());
+            if constexpr (std::same_as<T, bool> || !std::default_initializable<T>) {
+                out.push_back(container.template decode<T>());
             } else {
                 container.decode(out.emplace_back());
             }

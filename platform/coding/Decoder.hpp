@@ -162,7 +162,7 @@ public:
 
     template <class T>
     [[nodiscard]] T decode(std::string_view key) {
-        T value{};
+        T value = detail::blankFor<T>();
         decode(key, value);
         return value;
     }
@@ -171,8 +171,9 @@ public:
     /// @throws DecodingError where it is of another kind or out of range
     template <class T>
     void decodeIfPresent(std::string_view key, std::optional<T>& out) {
-        const Read read =
-            detail::readValue(static_cast<ValueReader<std::string_view>&>(implementation()), key, out.emplace());
+        const Read read = detail::readValue(
+            static_cast<ValueReader<std::string_view>&>(implementation()), key, detail::emplaceBlank(out)
+        );
         if (read == Read::ok) return;
         out.reset();
         if (read != Read::absent && read != Read::null) implementation().fail(read, key, typeNameOf<T>());
@@ -235,7 +236,7 @@ public:
 
     template <class T>
     [[nodiscard]] T decode() {
-        T value{};
+        T value = detail::blankFor<T>();
         decode(value);
         return value;
     }
@@ -244,7 +245,7 @@ public:
     template <class T>
     void decodeIfPresent(std::optional<T>& out) {
         out.reset();
-        if (!isAtEnd() && !decodeNil()) decode(out.emplace());
+        if (!isAtEnd() && !decodeNil()) decode(detail::emplaceBlank(out));
     }
 
     template <class T>
@@ -264,6 +265,9 @@ public:
 
     /// A decoder on the next element; passes it.
     [[nodiscard]] std::unique_ptr<Decoder> superDecoder() { return implementation().superDecoder(); }
+
+    /// Throws a `DecodingError` of the data-corrupted kind for the list as a whole.
+    [[noreturn]] QUILLBEAM_EXPORT void throwDataCorrupted(std::string debugDescription) const;
 };
 
 /// One value.
@@ -284,7 +288,7 @@ public:
 
     template <class T>
     [[nodiscard]] T decode() {
-        T value{};
+        T value = detail::blankFor<T>();
         decode(value);
         return value;
     }

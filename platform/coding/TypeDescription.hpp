@@ -4,6 +4,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <typeinfo>
 
@@ -45,5 +46,28 @@ template <class T>
         return CodedShape::any;
     }
 }
+
+namespace detail {
+
+/// What decoding overwrites: a default-constructed value, or `Coding<T>::blank()` for a type that has none.
+template <class T>
+[[nodiscard]] T blankFor() {
+    if constexpr (requires { Coding<T>::blank(); }) {
+        return Coding<T>::blank();
+    } else {
+        return T{};
+    }
+}
+
+template <class T>
+T& emplaceBlank(std::optional<T>& out) {
+    if constexpr (std::default_initializable<T>) {
+        return out.emplace();
+    } else {
+        return out.emplace(blankFor<T>());
+    }
+}
+
+} // namespace detail
 
 } // namespace platform::inline v1

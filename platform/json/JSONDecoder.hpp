@@ -44,7 +44,7 @@ public:
     /// date strategy throws
     template <class T>
     [[nodiscard]] T decode(std::string_view text) const {
-        T value{};
+        T value = detail::blankFor<T>();
         decode(text, value);
         return value;
     }
