@@ -77,6 +77,18 @@ std::optional<HTTPField::Name> HTTPField::Name::make(std::string_view text) {
     return Name(detail::SharedText::owningCaseless(text, hash));
 }
 
+std::optional<HTTPField::Name> HTTPField::Name::makePseudo(std::string_view text) {
+    for (const Name* const known :
+         {&pseudoMethod, &pseudoScheme, &pseudoAuthority, &pseudoPath, &pseudoProtocol, &pseudoStatus}) {
+        if (known->rawName() == text) return *known;
+    }
+    const auto isUppercase = [](char c) { return detail::asciiLowercased(c) != c; };
+    if (!text.starts_with(':') || !detail::isToken(text.substr(1)) || std::ranges::any_of(text, isUppercase)) {
+        return std::nullopt;
+    }
+    return Name(detail::SharedText::owningCaseless(text, detail::caselessHash(text)));
+}
+
 HTTPField::HTTPField(Name fieldName, std::string&& value)
     : name(std::move(fieldName))
     , rawValue_(isValidValue(value) ? ISOLatin1String(std::move(value)) : repaired(std::move(value))) {}

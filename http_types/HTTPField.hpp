@@ -3,6 +3,7 @@
 #include "http_types/ISOLatin1String.hpp"
 #include "http_types/detail/SharedText.hpp"
 #include "platform/Export.hpp"
+#include "platform/coding/TypeDescription.hpp"
 
 #include <array>
 #include <cstddef>
@@ -39,7 +40,7 @@ struct QUILLBEAM_EXPORT HTTPField {
         /// The lowercased spelling; valid as long as this name or a copy of it lives.
         [[nodiscard]] constexpr std::string_view canonicalName() const noexcept { return text_.record().canonical; }
 
-        /// True for the name of a pseudo-field such as ":path", which no caller can make and no `HTTPFields` holds.
+        /// True for the name of a pseudo-field such as ":path", which only decoding makes and no `HTTPFields` holds.
         [[nodiscard]] constexpr bool isPseudo() const noexcept { return rawName().starts_with(':'); }
 
         /// `rawName`.
@@ -63,6 +64,7 @@ struct QUILLBEAM_EXPORT HTTPField {
     private:
         friend class HTTPRequest;
         friend class HTTPResponse;
+        friend struct platform::Coding<Name>;
 
         static const Name pseudoMethod;
         static const Name pseudoScheme;
@@ -70,6 +72,9 @@ struct QUILLBEAM_EXPORT HTTPField {
         static const Name pseudoPath;
         static const Name pseudoProtocol;
         static const Name pseudoStatus;
+
+        /// The name spelled `text`; nothing unless that is ":" and a token without uppercase letters.
+        [[nodiscard]] static std::optional<Name> makePseudo(std::string_view text);
 
         constexpr explicit Name(const detail::TextRecord& record) noexcept
             : text_(record)
@@ -126,6 +131,8 @@ struct QUILLBEAM_EXPORT HTTPField {
     friend bool operator==(const HTTPField&, const HTTPField&) = default;
 
 private:
+    friend struct platform::Coding<HTTPField>;
+
     ISOLatin1String rawValue_{};
 };
 
@@ -174,4 +181,31 @@ struct std::hash<HTTPTypes::HTTPField::Name> {
 template <>
 struct QUILLBEAM_EXPORT std::hash<HTTPTypes::HTTPField> {
     std::size_t operator()(const HTTPTypes::HTTPField& field) const noexcept;
+};
+
+/// A name is coded as its spelling, as a text; text that is none fails as corrupted data. Unlike `Name::make` this
+/// takes pseudo-names, which are ":" and a token without uppercase letters.
+template <>
+struct QUILLBEAM_EXPORT platform::Coding<HTTPTypes::HTTPField::Name> {
+    static constexpr std::string_view typeName = "HTTPField.Name";
+    static constexpr CodedShape shape = CodedShape::single;
+
+    [[nodiscard]] static HTTPTypes::HTTPField::Name blank();
+    static void decode(Decoder& decoder, HTTPTypes::HTTPField::Name& out);
+    static void encode(Encoder& encoder, const HTTPTypes::HTTPField::Name& value);
+};
+
+/// A field is coded as an object: "name", "value" with one character for each byte (`ISOLatin1String::latin1Text`), and
+/// "indexingStrategy" as its number unless it is `automatic`.
+///
+/// Nothing is repaired here: a value that HTTP does not allow fails as corrupted data. The number of an unknown
+/// strategy reads as `automatic`.
+template <>
+struct QUILLBEAM_EXPORT platform::Coding<HTTPTypes::HTTPField> {
+    static constexpr std::string_view typeName = "HTTPField";
+    static constexpr CodedShape shape = CodedShape::keyed;
+
+    [[nodiscard]] static HTTPTypes::HTTPField blank();
+    static void decode(Decoder& decoder, HTTPTypes::HTTPField& out);
+    static void encode(Encoder& encoder, const HTTPTypes::HTTPField& value);
 };

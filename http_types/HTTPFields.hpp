@@ -2,6 +2,7 @@
 
 #include "http_types/HTTPField.hpp"
 #include "platform/Export.hpp"
+#include "platform/coding/TypeDescription.hpp"
 
 #include <concepts>
 #include <cstddef>
@@ -247,4 +248,15 @@ inline HTTPFields::ValueReference HTTPFields::operator[](const HTTPField::Name& 
 template <>
 struct QUILLBEAM_EXPORT std::hash<HTTPTypes::HTTPFields> {
     std::size_t operator()(const HTTPTypes::HTTPFields& fields) const noexcept;
+};
+
+/// The fields are coded as a list in their order. A pseudo-field, or more than `maximumCount` fields, fails as
+/// corrupted data.
+template <>
+struct QUILLBEAM_EXPORT platform::Coding<HTTPTypes::HTTPFields> {
+    static constexpr std::string_view typeName = "HTTPFields";
+    static constexpr CodedShape shape = CodedShape::unkeyed;
+
+    static void decode(Decoder& decoder, HTTPTypes::HTTPFields& out);
+    static void encode(Encoder& encoder, const HTTPTypes::HTTPFields& value);
 };

@@ -4,6 +4,7 @@
 #include "http_types/HTTPFields.hpp"
 #include "http_types/detail/SharedText.hpp"
 #include "platform/Export.hpp"
+#include "platform/coding/TypeDescription.hpp"
 
 #include <array>
 #include <cstddef>
@@ -182,4 +183,28 @@ struct std::hash<HTTPTypes::HTTPRequest::Method> {
 template <>
 struct QUILLBEAM_EXPORT std::hash<HTTPTypes::HTTPRequest> {
     std::size_t operator()(const HTTPTypes::HTTPRequest& request) const noexcept;
+};
+
+/// The control data is coded as the list of its fields that are present, in the order in which they are declared.
+///
+/// A list without method or with a field twice, a method that is no token and a field that is no pseudo-field fail as
+/// corrupted data. Other pseudo-fields are passed over.
+template <>
+struct QUILLBEAM_EXPORT platform::Coding<HTTPTypes::HTTPRequest::PseudoHeaderFields> {
+    static constexpr std::string_view typeName = "HTTPRequest.PseudoHeaderFields";
+    static constexpr CodedShape shape = CodedShape::unkeyed;
+
+    [[nodiscard]] static HTTPTypes::HTTPRequest::PseudoHeaderFields blank();
+    static void decode(Decoder& decoder, HTTPTypes::HTTPRequest::PseudoHeaderFields& out);
+    static void encode(Encoder& encoder, const HTTPTypes::HTTPRequest::PseudoHeaderFields& value);
+};
+
+/// A request is coded as an object: "pseudoHeaderFields" and "headerFields". Decoded, it equals the one encoded.
+template <>
+struct QUILLBEAM_EXPORT platform::Coding<HTTPTypes::HTTPRequest> {
+    static constexpr std::string_view typeName = "HTTPRequest";
+    static constexpr CodedShape shape = CodedShape::keyed;
+
+    static void decode(Decoder& decoder, HTTPTypes::HTTPRequest& out);
+    static void encode(Encoder& encoder, const HTTPTypes::HTTPRequest& value);
 };

@@ -1,6 +1,7 @@
 #include "http_types/HTTPResponse.hpp"
 
 #include "http_types/detail/Characters.hpp"
+#include "platform/DiagnosticText.hpp"
 #include "platform/ProgrammingError.hpp"
 #include "platform/text/UTF8.hpp"
 
@@ -47,8 +48,10 @@ detail::SharedText makeReasonPhrase(int code, std::string_view phrase) {
     return detail::SharedText::owning(detail::holdsBarred(text) ? rebuilt(text) : text);
 }
 
-constexpr bool isThreeDigits(std::string_view text) noexcept {
-    return text.size() == 3 && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
+std::string descriptionOfInvalid(std::string_view reasonPhrase) {
+    std::string text = "HTTPResponse.DecodingError: invalidReasonPhrase ";
+    platform::appendDiagnosticText(text, reasonPhrase);
+    return text;
 }
 
 } // namespace
@@ -76,10 +79,18 @@ void HTTPResponse::PseudoHeaderFields::setStatus(HTTPField field) {
     if (field.name != HTTPField::Name::pseudoStatus) {
         platform::stopOnProgrammingError("Expected the pseudo header field :status, got " + field.name.description());
     }
-    if (!isThreeDigits(field.rawValue().view())) {
+    if (!detail::isThreeDigits(field.rawValue().view())) {
         platform::stopOnProgrammingError("Not a valid status code: " + field.value());
     }
     status_ = std::move(field);
+}
+
+HTTPResponse::DecodingError::DecodingError(std::string_view reasonPhrase)
+    : std::runtime_error(descriptionOfInvalid(reasonPhrase))
+    , reasonPhrase_(detail::SharedText::owning(reasonPhrase)) {}
+
+HTTPResponse::DecodingError HTTPResponse::DecodingError::invalidReasonPhrase(std::string_view reasonPhrase) {
+    return DecodingError(reasonPhrase);
 }
 
 HTTPResponse::HTTPResponse()

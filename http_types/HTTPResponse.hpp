@@ -4,10 +4,13 @@
 #include "http_types/HTTPFields.hpp"
 #include "http_types/detail/SharedText.hpp"
 #include "platform/Export.hpp"
+#include "platform/PrettyStringConvertible.hpp"
+#include "platform/coding/TypeDescription.hpp"
 
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -87,6 +90,23 @@ public:
         HTTPField status_;
     };
 
+    /// What is wrong with a response in coded form that only responses can have.
+    class QUILLBEAM_EXPORT DecodingError final : public std::runtime_error, public platform::PrettyStringConvertible {
+    public:
+        /// The reason phrase holds control characters.
+        [[nodiscard]] static DecodingError invalidReasonPhrase(std::string_view reasonPhrase);
+
+        /// The phrase as it came; valid as long as this object or a copy of it lives.
+        [[nodiscard]] std::string_view reasonPhrase() const noexcept { return reasonPhrase_.record().text; }
+
+        [[nodiscard]] std::string prettyDescription() const override { return what(); }
+
+    private:
+        explicit DecodingError(std::string_view reasonPhrase);
+
+        detail::SharedText reasonPhrase_;
+    };
+
     /// The response 200 without header fields.
     HTTPResponse();
 
@@ -155,4 +175,30 @@ struct std::hash<HTTPTypes::HTTPResponse::Status> {
 template <>
 struct QUILLBEAM_EXPORT std::hash<HTTPTypes::HTTPResponse> {
     std::size_t operator()(const HTTPTypes::HTTPResponse& response) const noexcept;
+};
+
+/// The control data is coded as the list of its one field.
+///
+/// A list without status or with two, a status that is not three digits and a field that is no pseudo-field fail as
+/// corrupted data. Other pseudo-fields are passed over.
+template <>
+struct QUILLBEAM_EXPORT platform::Coding<HTTPTypes::HTTPResponse::PseudoHeaderFields> {
+    static constexpr std::string_view typeName = "HTTPResponse.PseudoHeaderFields";
+    static constexpr CodedShape shape = CodedShape::unkeyed;
+
+    [[nodiscard]] static HTTPTypes::HTTPResponse::PseudoHeaderFields blank();
+    static void decode(Decoder& decoder, HTTPTypes::HTTPResponse::PseudoHeaderFields& out);
+    static void encode(Encoder& encoder, const HTTPTypes::HTTPResponse::PseudoHeaderFields& value);
+};
+
+/// A response is coded as an object: "pseudoHeaderFields", "reasonPhrase" and "headerFields". Decoded, it equals the
+/// one encoded, and so does its reason phrase. A phrase with control characters fails as
+/// `HTTPResponse::DecodingError::invalidReasonPhrase`.
+template <>
+struct QUILLBEAM_EXPORT platform::Coding<HTTPTypes::HTTPResponse> {
+    static constexpr std::string_view typeName = "HTTPResponse";
+    static constexpr CodedShape shape = CodedShape::keyed;
+
+    static void decode(Decoder& decoder, HTTPTypes::HTTPResponse& out);
+    static void encode(Encoder& encoder, const HTTPTypes::HTTPResponse& value);
 };

@@ -42,6 +42,13 @@ public:
     /// The bytes in the shape of a text view, whatever they are; valid until this object is changed or destroyed.
     [[nodiscard]] std::string_view view() const noexcept { return bytes_; }
 
+    /// The bytes read as ISO 8859-1, one character for each: the text that stands for them in coded form.
+    [[nodiscard]] std::string latin1Text() const;
+
+    /// The bytes for which `text` (UTF-8) stands in coded form: one for each character up to U+00FF. Those above, which
+    /// `latin1Text` never holds, stand for the bytes of their UTF-8 form.
+    [[nodiscard]] static ISOLatin1String fromLatin1Text(std::string text);
+
     friend bool operator==(const ISOLatin1String&, const ISOLatin1String&) = default;
 
 private:

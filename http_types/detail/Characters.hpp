@@ -106,4 +106,10 @@ template <typename Visit>
     return false;
 }
 
+/// True for the value of a ":status" field: three ASCII digits.
+[[nodiscard]] constexpr bool isThreeDigits(std::string_view text) noexcept {
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    return text.size() == 3 && isDigit(text[0]) && isDigit(text[1]) && isDigit(text[2]);
+}
+
 } // namespace HTTPTypes::inline v1::detail

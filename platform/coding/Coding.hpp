@@ -29,7 +29,7 @@
 ///     struct platform::Coding<Shape> {
 ///         static constexpr std::string_view typeName = "Shape";                  // optional: for errors
 ///         static constexpr CodedShape shape = CodedShape::keyed;                 // optional: refuse other forms early
-///         static Shape blank();                                                  // for a type without default constructor
+///         static Shape blank();                                                  // without a default constructor
 ///         static void decode(Decoder& decoder, Shape& out);
 ///         static void encode(Encoder& encoder, const Shape& value);
 ///     };
