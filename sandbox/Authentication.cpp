@@ -10,8 +10,6 @@ namespace sandbox {
 
 namespace {
 
-constexpr std::int64_t customDomainLimit = 3;
-
 // RFC 6750, section 2.1; the scheme's name has no case (RFC 9110, section 11.1).
 std::string bearerKey(const Request& request) {
     constexpr std::string_view scheme = "bearer ";
@@ -26,13 +24,10 @@ std::string bearerKey(const Request& request) {
 
 Account authenticate(Session& database, const Request& request) {
     const std::string key = bearerKey(request);
-    const auto row = database.first(
-        "SELECT accounts.id, custom_domain_limit FROM api_keys JOIN accounts ON accounts.id = account_id WHERE key = ?",
-        {key}
-    );
+    const auto row = database.first("SELECT account_id FROM api_keys WHERE key = ?", {key});
     if (!row) throw Problem::unauthorized("The API key is not known.");
     database.execute("UPDATE api_keys SET last_used_at = strftime('%Y-%m-%dT%H:%M:%fZ') WHERE key = ?", {key});
-    return Account{row->text(0), row->integer(1)};
+    return Account{row->text(0)};
 }
 
 } // namespace
@@ -45,7 +40,9 @@ Handler withAccount(AccountHandler handler) {
 
 NewAccount addAccount(Session& database, const std::string& keyName) {
     NewAccount account{makeIdentifier("acc"), makeIdentifier("qb", 20)};
-    database.execute("INSERT INTO accounts (id, custom_domain_limit) VALUES (?, ?)", {account.id, customDomainLimit});
+    database.execute(
+        "INSERT INTO accounts (id, email) VALUES (?, ?)", {account.id, account.id + "@users.quillbeam.example"}
+    );
     database.execute(
         "INSERT INTO api_keys (id, account_id, key, name) VALUES (?, ?, ?, ?)",
         {makeIdentifier("key"), account.id, account.key, keyName}

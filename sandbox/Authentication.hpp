@@ -10,7 +10,6 @@ namespace sandbox {
 /// Whose data a request works on.
 struct Account {
     std::string id;
-    std::int64_t customDomainLimit = 0;
 };
 
 using AccountHandler = std::function<Response(Session&, const Request&, const Account&)>;

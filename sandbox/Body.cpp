@@ -13,7 +13,17 @@ Body::Body(const Request& request) {
     if (!object_->is_object()) throw Problem::badRequest("The body is not a JSON object.");
 }
 
+Body::Body(const Json& object)
+    : object_(std::make_unique<const Json>(object)) {}
+
 Body::~Body() = default;
+
+Body::Body(Body&& other) noexcept = default;
+
+const Json* Body::find(const char* key) const {
+    const auto found = object_->find(key);
+    return found == object_->end() || found->is_null() ? nullptr : &*found;
+}
 
 std::string Body::text(const char* key) const {
     if (auto text = optionalText(key)) return *text;
@@ -21,10 +31,34 @@ std::string Body::text(const char* key) const {
 }
 
 std::optional<std::string> Body::optionalText(const char* key) const {
-    const auto found = object_->find(key);
-    if (found == object_->end() || found->is_null()) return std::nullopt;
-    if (!found->is_string()) throw Problem::badRequest("\"" + std::string(key) + "\" must be a text.");
-    return found->get<std::string>();
+    const Json* const member = find(key);
+    if (!member) return std::nullopt;
+    if (!member->is_string()) throw Problem::badRequest("\"" + std::string(key) + "\" must be a text.");
+    return member->get<std::string>();
+}
+
+std::optional<std::int64_t> Body::optionalInteger(const char* key, std::int64_t least) const {
+    const Json* const member = find(key);
+    if (!member) return std::nullopt;
+    if (!member->is_number_integer() || member->get<std::int64_t>() < least) {
+        throw Problem::badRequest(
+            "\"" + std::string(key) + "\" must be an integer of at least " + std::to_string(least) + "."
+        );
+    }
+    return member->get<std::int64_t>();
+}
+
+std::optional<std::vector<Body>> Body::optionalObjects(const char* key) const {
+    const Json* const member = find(key);
+    if (!member) return std::nullopt;
+    const auto refuse = [key] { throw Problem::badRequest("\"" + std::string(key) + "\" must be a list of objects."); };
+    if (!member->is_array()) refuse();
+    std::vector<Body> objects;
+    for (const Json& element : *member) {
+        if (!element.is_object()) refuse();
+        objects.push_back(Body(element));
+    }
+    return objects;
 }
 
 } // namespace sandbox

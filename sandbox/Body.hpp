@@ -2,9 +2,11 @@
 
 #include "sandbox/Messages.hpp"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace sandbox {
 
@@ -15,6 +17,7 @@ public:
     /// @throws Problem if the body is missing or is not one JSON object.
     explicit Body(const Request& request);
     ~Body();
+    Body(Body&& other) noexcept;
 
     /// @throws Problem if the member is missing, null or not a text.
     std::string text(const char* key) const;
@@ -23,7 +26,18 @@ public:
     /// @throws Problem if the member is not a text.
     std::optional<std::string> optionalText(const char* key) const;
 
+    /// @return nothing if the member is missing or null.
+    /// @throws Problem if the member is not an integer of at least `least`.
+    std::optional<std::int64_t> optionalInteger(const char* key, std::int64_t least) const;
+
+    /// @return nothing if the member is missing or null.
+    /// @throws Problem if the member is not a list of objects.
+    std::optional<std::vector<Body>> optionalObjects(const char* key) const;
+
 private:
+    explicit Body(const Json& object);
+    const Json* find(const char* key) const;
+
     std::unique_ptr<const Json> object_;
 };
 

@@ -4,6 +4,7 @@
 #include "sandbox/Body.hpp"
 #include "sandbox/HostName.hpp"
 #include "sandbox/Identifiers.hpp"
+#include "sandbox/Plan.hpp"
 #include "sandbox/Problem.hpp"
 #include "sandbox/WebAddress.hpp"
 
@@ -129,14 +130,7 @@ Response createDomain(Session& database, const Request& request, const Account& 
     if (database.first("SELECT 1 FROM domains WHERE name = ?", {name})) {
         throw Problem::conflict("The domain " + name + " is in use.");
     }
-    const auto count = database.first("SELECT count(*) FROM domains WHERE account_id = ?", {account.id})->integer(0);
-    if (count >= account.customDomainLimit) {
-        throw Problem(
-            400,
-            "The plan allows " + std::to_string(account.customDomainLimit) + " custom domains.",
-            ErrorCode::customDomainLimitReached
-        );
-    }
+    requireRoomForCustomDomain(database, account.id);
     const Domain domain{
         makeIdentifier("dom"),
         name,

@@ -10,13 +10,17 @@ std::optional<std::string> Request::header(std::string_view name) const {
     return found->second;
 }
 
+std::string Request::origin() const {
+    return "http://" + header("host").value_or("127.0.0.1");
+}
+
 Response Response::json(int status, const Json& body) {
     // Texts may echo what the caller sent; what is not UTF-8 in them is replaced rather than refused.
-    return Response{status, body.dump(-1, ' ', false, Json::error_handler_t::replace), {}};
+    return Response{.status = status, .body = body.dump(-1, ' ', false, Json::error_handler_t::replace), .headers = {}};
 }
 
 Response Response::empty(int status) {
-    return Response{status, {}, {}};
+    return Response{.status = status, .body = {}, .headers = {}};
 }
 
 } // namespace sandbox

@@ -34,15 +34,22 @@ struct Request {
 
     /// @param name in lower case.
     std::optional<std::string> header(std::string_view name) const;
+
+    /// Where the caller reached the sandbox, such as "http://127.0.0.1:3000": the beginning of every address that it
+    /// hands out for itself.
+    std::string origin() const;
 };
 
 struct Response {
     int status = 200;
 
-    /// JSON text; empty for an answer without a body.
+    /// Empty for an answer without a body.
     std::string body;
 
     std::vector<std::pair<std::string, std::string>> headers;
+
+    /// Of the body, if there is one.
+    std::string contentType = "application/json; charset=utf-8";
 
     static Response json(int status, const Json& body);
     static Response empty(int status);

@@ -18,7 +18,32 @@ PRAGMA user_version = 1;
 CREATE TABLE accounts (
     id                  TEXT PRIMARY KEY,
     created_at          TEXT NOT NULL DEFAULT (strftime('%Y-%m-%dT%H:%M:%fZ')),
-    custom_domain_limit INTEGER NOT NULL
+    email               TEXT NOT NULL,
+    first_name          TEXT,
+    last_name           TEXT,
+    -- Instead of those of the account's plan.
+    link_limit          INTEGER,
+    click_limit         INTEGER,
+    custom_domain_limit INTEGER
+) STRICT;
+
+-- What an account used of its limits in a calendar month. Deleting what was made gives nothing back.
+CREATE TABLE usage (
+    account_id TEXT NOT NULL REFERENCES accounts ON DELETE CASCADE,
+    month      TEXT NOT NULL,
+    links      INTEGER NOT NULL DEFAULT 0,
+    clicks     INTEGER NOT NULL DEFAULT 0,
+    PRIMARY KEY (account_id, month)
+) STRICT;
+
+CREATE TABLE subscriptions (
+    account_id  TEXT PRIMARY KEY REFERENCES accounts ON DELETE CASCADE,
+    id          TEXT NOT NULL UNIQUE,
+    store       TEXT NOT NULL CHECK (store IN ('appStore', 'macAppStore', 'stripe')),
+    plan        TEXT NOT NULL CHECK (plan IN ('lite', 'pro', 'growth')),
+    price_id    TEXT,
+    is_canceled INTEGER NOT NULL DEFAULT 0,
+    expires_at  TEXT NOT NULL
 ) STRICT;
 
 CREATE TABLE api_keys (
@@ -45,6 +70,23 @@ CREATE TABLE domains (
 ) STRICT;
 
 CREATE INDEX domains_of_account ON domains (account_id);
+
+CREATE TABLE tags (
+    sequence   INTEGER PRIMARY KEY,
+    id         TEXT NOT NULL UNIQUE,
+    account_id TEXT NOT NULL REFERENCES accounts ON DELETE CASCADE,
+    name       TEXT NOT NULL,
+    UNIQUE (account_id, name)
+) STRICT;
+
+CREATE TABLE link_tags (
+    sequence INTEGER PRIMARY KEY,
+    link_id  TEXT NOT NULL REFERENCES links (id) ON DELETE CASCADE,
+    tag_id   TEXT NOT NULL REFERENCES tags (id) ON DELETE CASCADE,
+    UNIQUE (link_id, tag_id)
+) STRICT;
+
+CREATE INDEX links_of_tag ON link_tags (tag_id);
 )sql";
 
 } // namespace

@@ -21,7 +21,6 @@ namespace sandbox {
 
 namespace {
 
-constexpr const char* jsonContentType = "application/json; charset=utf-8";
 constexpr const char* everyPath = R"([\s\S]*)";
 constexpr std::size_t longestBody = 16 * 1024 * 1024;
 constexpr std::size_t mostThreads = 1024;
@@ -113,7 +112,7 @@ void fill(httplib::Response& message, const Response& response) {
     for (const auto& [name, value] : response.headers) {
         message.set_header(name, value);
     }
-    if (!response.body.empty()) message.set_content(response.body, jsonContentType);
+    if (!response.body.empty()) message.set_content(response.body, response.contentType);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "sandbox/Router.hpp"
 #include "sandbox/Schema.hpp"
 #include "sandbox/Server.hpp"
+#include "sandbox/Tags.hpp"
 
 #include <atomic>
 #include <csignal>
@@ -36,6 +37,7 @@ int serve(const sandbox::Options& options) {
 
     sandbox::Router router(database);
     sandbox::addDomainRoutes(router);
+    sandbox::addTagRoutes(router);
     sandbox::addDevelopmentRoutes(router);
 
     sandbox::Server server(router);
