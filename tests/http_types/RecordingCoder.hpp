@@ -19,22 +19,31 @@ namespace recording {
 
 using namespace platform;
 
-struct Node {
-    std::variant<std::monostate, std::string, std::uint64_t> leaf{};
-    char bracket = 0; ///< '{' or '[' for a container
-    std::vector<std::pair<std::string, Node>> children{};
+struct Member;
 
-    [[nodiscard]] std::string text() const {
-        if (const auto* string = std::get_if<std::string>(&leaf)) return '\'' + *string + '\'';
-        if (const auto* number = std::get_if<std::uint64_t>(&leaf)) return std::to_string(*number) + "u";
-        std::string all;
-        for (const auto& [key, child] : children) {
-            if (!all.empty()) all += ' ';
-            all += (bracket == '{' ? key + ':' : "") + child.text();
-        }
-        return bracket == '{' ? '{' + all + '}' : '[' + all + ']';
-    }
+struct Node {
+    std::variant<std::monostate, std::string, std::uint64_t> leaf;
+    char bracket = 0; ///< '{' or '[' for a container
+    std::vector<Member> children;
+
+    [[nodiscard]] std::string text() const;
 };
+
+struct Member {
+    std::string key;
+    Node node;
+};
+
+inline std::string Node::text() const {
+    if (const auto* string = std::get_if<std::string>(&leaf)) return '\'' + *string + '\'';
+    if (const auto* number = std::get_if<std::uint64_t>(&leaf)) return std::to_string(*number) + "u";
+    std::string all;
+    for (const Member& child : children) {
+        if (!all.empty()) all += ' ';
+        all += (bracket == '{' ? child.key + ':' : "") + child.node.text();
+    }
+    return bracket == '{' ? '{' + all + '}' : '[' + all + ']';
+}
 
 [[noreturn]] inline void unexpected() {
     throw std::logic_error("messages are not coded with this");
@@ -96,8 +105,8 @@ protected:
     Node& at(Place place) {
         if (node_.bracket == 0) return node_;
         auto& child = node_.children.emplace_back();
-        child.first = keyOf(place);
-        return child.second;
+        child.key = keyOf(place);
+        return child.node;
     }
 
     Node& node_;
@@ -200,10 +209,10 @@ protected:
 
     const Node* at(Place place) {
         if constexpr (std::same_as<Place, std::string_view>) {
-            const auto found = std::ranges::find(node_.children, place, &std::pair<std::string, Node>::first);
-            return found == node_.children.end() ? nullptr : &found->second;
+            const auto found = std::ranges::find(node_.children, place, &Member::key);
+            return found == node_.children.end() ? nullptr : &found->node;
         } else {
-            return node_.bracket == '[' ? &node_.children.at(next_++).second : &node_;
+            return node_.bracket == '[' ? &node_.children.at(next_++).node : &node_;
         }
     }
 
