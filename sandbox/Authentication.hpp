@@ -3,6 +3,7 @@
 #include "sandbox/Router.hpp"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace sandbox {
@@ -17,6 +18,14 @@ using AccountHandler = std::function<Response(Session&, const Request&, const Ac
 /// A handler for callers with a key: answers 401 before it looks at anything else of the request.
 Handler withAccount(AccountHandler handler);
 
+/// A key just made: nothing but this tells it in full again.
+struct NewKey {
+    std::string id;
+    std::string key;
+};
+
+NewKey addKey(Session& database, const std::string& account, const std::optional<std::string>& name);
+
 struct NewAccount {
     std::string id;
     std::string key;
@@ -25,7 +34,10 @@ struct NewAccount {
 /// Makes an account with one key.
 NewAccount addAccount(Session& database, const std::string& keyName);
 
-/// The oldest key of the oldest account, if it has not been deleted.
+/// Has `firstKey` find this key.
+void keepClearText(Session& database, const std::string& key);
+
+/// The key that was made with the database, if it has not been deleted.
 std::optional<std::string> firstKey(Session& database);
 
 } // namespace sandbox

@@ -50,10 +50,23 @@ CREATE TABLE api_keys (
     sequence     INTEGER PRIMARY KEY,
     id           TEXT NOT NULL UNIQUE,
     account_id   TEXT NOT NULL REFERENCES accounts ON DELETE CASCADE,
-    key          TEXT NOT NULL UNIQUE,
+    digest       TEXT NOT NULL UNIQUE,
+    -- The key's ends, by which its owner knows it again.
+    hint         TEXT NOT NULL,
+    -- Only of the very first key, which is printed at each start.
+    clear_text   TEXT,
     name         TEXT,
-    created_at   TEXT NOT NULL DEFAULT (strftime('%Y-%m-%dT%H:%M:%fZ')),
+    created_at   TEXT NOT NULL DEFAULT (strftime('%Y-%m-%dT%H:%M:%SZ')),
     last_used_at TEXT
+) STRICT;
+
+CREATE TABLE pages (
+    token      TEXT PRIMARY KEY,
+    kind       TEXT NOT NULL,
+    account_id TEXT NOT NULL REFERENCES accounts ON DELETE CASCADE,
+    redirect   TEXT,
+    price_id   TEXT,
+    is_done    INTEGER NOT NULL DEFAULT 0
 ) STRICT;
 
 -- A domain without an account is built in: every account sees it, none can change it. A host name is one account's at a
@@ -98,7 +111,7 @@ void prepareSchema(Session& database) {
     if (isEmpty) {
         database.script(schema);
         addBuiltInDomain(database);
-        addAccount(database, "first key");
+        keepClearText(database, addAccount(database, "first key").key);
     } else if (application != applicationID) {
         throw DatabaseError("the file is another program's database");
     } else if (version != schemaVersion) {

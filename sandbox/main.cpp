@@ -1,3 +1,4 @@
+#include "sandbox/APIKeys.hpp"
 #include "sandbox/Authentication.hpp"
 #include "sandbox/Database.hpp"
 #include "sandbox/Development.hpp"
@@ -7,6 +8,7 @@
 #include "sandbox/Schema.hpp"
 #include "sandbox/Server.hpp"
 #include "sandbox/Tags.hpp"
+#include "sandbox/Users.hpp"
 
 #include <atomic>
 #include <csignal>
@@ -38,6 +40,8 @@ int serve(const sandbox::Options& options) {
     sandbox::Router router(database);
     sandbox::addDomainRoutes(router);
     sandbox::addTagRoutes(router);
+    sandbox::addUserRoutes(router);
+    sandbox::addAPIKeyRoutes(router);
     sandbox::addDevelopmentRoutes(router);
 
     sandbox::Server server(router);
