@@ -1,7 +1,10 @@
 #include "sandbox/Development.hpp"
 
 #include "sandbox/Authentication.hpp"
+#include "sandbox/Body.hpp"
+#include "sandbox/Plan.hpp"
 #include "sandbox/Problem.hpp"
+#include "sandbox/Subscriptions.hpp"
 
 #include <nlohmann/json.hpp>
 
@@ -16,10 +19,27 @@ Response createAccount(Session& database, const Request&) {
     return Response::json(201, {{"account", account.id}, {"key", account.key}});
 }
 
+Response putLimits(Session& database, const Request& request, const Account& account) {
+    const Body body(request);
+    setLimits(
+        database,
+        account.id,
+        {body.optionalInteger("linkLimit", 0),
+         body.optionalInteger("clickLimit", 0),
+         body.optionalInteger("customDomainLimit", 0)}
+    );
+    const Limits limits = limitsOf(database, account.id);
+    return Response::json(
+        200, {{"linkLimit", limits.links}, {"clickLimit", limits.clicks}, {"customDomainLimit", limits.customDomains}}
+    );
+}
+
 } // namespace
 
 void addDevelopmentRoutes(Router& router) {
     router.add("POST", "/sandbox/accounts", createAccount);
+    router.add("PUT", "/sandbox/limits", withAccount(putLimits));
+    router.add("PUT", "/sandbox/subscription", withAccount(putSubscription));
 }
 
 std::optional<Response> responseByHeader(const Request& request) {

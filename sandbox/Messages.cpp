@@ -10,6 +10,12 @@ std::optional<std::string> Request::header(std::string_view name) const {
     return found->second;
 }
 
+std::optional<std::string> Request::queryText(const std::string& name) const {
+    const auto found = query.find(name);
+    if (found == query.end()) return std::nullopt;
+    return found->second;
+}
+
 std::string Request::origin() const {
     return "http://" + header("host").value_or("127.0.0.1");
 }

@@ -35,6 +35,9 @@ struct Request {
     /// @param name in lower case.
     std::optional<std::string> header(std::string_view name) const;
 
+    /// Of a repeated parameter, the first.
+    std::optional<std::string> queryText(const std::string& name) const;
+
     /// Where the caller reached the sandbox, such as "http://127.0.0.1:3000": the beginning of every address that it
     /// hands out for itself.
     std::string origin() const;

@@ -24,11 +24,8 @@ constexpr std::array plans{
 #define THIS_MONTH "strftime('%Y-%m')"
 
 Plan planOf(Session& database, const std::string& account) {
-    const auto row = database.first(
-        "SELECT plan FROM subscriptions WHERE account_id = ? AND NOT is_canceled AND expires_at > "
-        "strftime('%Y-%m-%dT%H:%M:%SZ')",
-        {account}
-    );
+    const auto row =
+        database.first("SELECT plan FROM subscription_states WHERE account_id = ? AND status = 'active'", {account});
     for (const Plan& plan : plans) {
         if (row && row->text(0) == plan.name) return plan;
     }
@@ -49,6 +46,14 @@ Limits limitsOf(Session& database, const std::string& account) {
         {limits.links, limits.clicks, limits.customDomains, account}
     );
     return row ? Limits{row->integer(0), row->integer(1), row->integer(2)} : limits;
+}
+
+void setLimits(Session& database, const std::string& account, const LimitsOfAccount& limits) {
+    const auto value = [](const std::optional<std::int64_t>& limit) { return limit ? Value(*limit) : Value(nullptr); };
+    database.execute(
+        "UPDATE accounts SET link_limit = ?, click_limit = ?, custom_domain_limit = ? WHERE id = ?",
+        {value(limits.links), value(limits.clicks), value(limits.customDomains), account}
+    );
 }
 
 Usage usageOf(Session& database, const std::string& account) {

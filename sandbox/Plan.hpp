@@ -3,6 +3,7 @@
 #include "sandbox/Database.hpp"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace sandbox {
@@ -23,6 +24,16 @@ struct Usage {
 /// The limits of the account's plan, which is the one of its running subscription or else the free one, or those that
 /// were set for the account in their place.
 Limits limitsOf(Session& database, const std::string& account);
+
+/// Limits that one account has instead of its plan's.
+struct LimitsOfAccount {
+    std::optional<std::int64_t> links;
+    std::optional<std::int64_t> clicks;
+    std::optional<std::int64_t> customDomains;
+};
+
+/// Replaces the account's own limits; those without a value are its plan's again.
+void setLimits(Session& database, const std::string& account, const LimitsOfAccount& limits);
 
 Usage usageOf(Session& database, const std::string& account);
 

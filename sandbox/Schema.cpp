@@ -46,6 +46,13 @@ CREATE TABLE subscriptions (
     expires_at  TEXT NOT NULL
 ) STRICT;
 
+CREATE VIEW subscription_states AS
+SELECT *,
+       CASE WHEN is_canceled THEN 'canceled'
+            WHEN expires_at <= strftime('%Y-%m-%dT%H:%M:%SZ') THEN 'expired'
+            ELSE 'active' END AS status
+FROM subscriptions;
+
 CREATE TABLE api_keys (
     sequence     INTEGER PRIMARY KEY,
     id           TEXT NOT NULL UNIQUE,

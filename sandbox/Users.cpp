@@ -68,9 +68,9 @@ Response changeAccount(Session& database, const Request& request) {
     const std::string account = requirePage(database, request, pageKind).account;
     User user = userOf(database, account);
     const auto field = [&request](const char* name, std::optional<std::string> current) {
-        const auto found = request.query.find(name);
-        if (found == request.query.end()) return current;
-        return found->second.empty() ? std::nullopt : std::optional(found->second);
+        const auto sent = request.queryText(name);
+        if (!sent) return current;
+        return sent->empty() ? std::nullopt : sent;
     };
     user.email = field("email", user.email).value_or("");
     if (user.email.find('@') == std::string::npos) throw Problem::badRequest("An e-mail address is required.");

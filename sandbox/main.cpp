@@ -7,6 +7,7 @@
 #include "sandbox/Router.hpp"
 #include "sandbox/Schema.hpp"
 #include "sandbox/Server.hpp"
+#include "sandbox/Subscriptions.hpp"
 #include "sandbox/Tags.hpp"
 #include "sandbox/Users.hpp"
 
@@ -39,6 +40,7 @@ int serve(const sandbox::Options& options) {
 
     sandbox::Router router(database);
     sandbox::addDomainRoutes(router);
+    sandbox::addSubscriptionRoutes(router);
     sandbox::addTagRoutes(router);
     sandbox::addUserRoutes(router);
     sandbox::addAPIKeyRoutes(router);
