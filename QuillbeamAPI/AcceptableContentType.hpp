@@ -7,7 +7,6 @@
 #include <array>
 #include <compare>
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>

@@ -4,7 +4,6 @@
 #include "platform/coding/HashValue.hpp"
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <utility>
 

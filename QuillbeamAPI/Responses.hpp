@@ -1,6 +1,6 @@
 #pragma once
 
-#include "OpenAPIRuntime/Errors/RuntimeError.hpp"
+#include "OpenAPIRuntime/Errors/UnexpectedContents.hpp"
 #include "OpenAPIRuntime/Interface/UndocumentedPayload.hpp"
 #include "QuillbeamAPI/JSONBody.hpp"
 #include "platform/DiagnosticText.hpp"
@@ -8,7 +8,6 @@
 
 #include <concepts>
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <type_traits>

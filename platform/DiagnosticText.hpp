@@ -1,13 +1,13 @@
 #pragma once
 
 #include "platform/Export.hpp"
+#include "platform/Ranges.hpp"
 #include "platform/TypeName.hpp"
 
 #include <concepts>
 #include <cstddef>
 #include <iterator>
 #include <optional>
-#include <ranges>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -140,13 +140,13 @@ void appendDiagnosticText(std::string& out, const T& value) {
         }
     } else if constexpr (isVariant<T>) {
         std::visit([&out](const auto& alternative) { appendDiagnosticText(out, alternative); }, value);
-    } else if constexpr (std::ranges::input_range<const T>) {
+    } else if constexpr (InputRange<const T>) {
         out += '[';
         bool first = true;
         for (const auto& element : value) {
             if (!first) out += ", ";
             first = false;
-            if constexpr (requires { typename T::mapped_type; } && PairLike<std::ranges::range_value_t<const T>>) {
+            if constexpr (requires { typename T::mapped_type; } && PairLike<RangeValue<const T>>) {
                 appendDiagnosticText(out, element.first);
                 out += ": ";
                 appendDiagnosticText(out, element.second);

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "OpenAPIRuntime/Conversion/AcceptableProtocol.hpp"
-#include "OpenAPIRuntime/Conversion/OpenAPIMIMEType.hpp"
 #include "OpenAPIRuntime/Conversion/QualityValue.hpp"
-#include "platform/text/ASCII.hpp"
+#include "platform/Export.hpp"
 
-#include <algorithm>
+#include <concepts>
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,6 +13,18 @@
 #include <vector>
 
 namespace OpenAPIRuntime::inline v1 {
+
+namespace detail {
+
+struct AcceptHeaderEntry {
+    std::string contentType; ///< in lower case, without parameters
+    QualityValue quality;
+};
+
+/// The entry that `text` tells; nothing for a text that is no media type, or a bad quality.
+[[nodiscard]] QUILLBEAM_EXPORT std::optional<AcceptHeaderEntry> parseAcceptHeaderEntry(std::string_view text);
+
+} // namespace detail
 
 /// One entry of an Accept header: a content type and its quality.
 ///
@@ -35,17 +45,11 @@ struct AcceptHeaderContentType {
     /// The entry that a text such as "text/plain; q=0.5" tells; nothing for a text that is no media type, a content
     /// type that `ContentType` does not know, or a bad quality.
     [[nodiscard]] static std::optional<AcceptHeaderContentType> fromRawValue(std::string_view rawValue) {
-        const std::optional<OpenAPIMIMEType> type = OpenAPIMIMEType::make(rawValue);
-        if (!type) return std::nullopt;
-        std::optional<QualityValue> quality = QualityValue();
-        if (const auto q = type->parameters.find("q"); q != type->parameters.end()) {
-            quality = QualityValue::fromRawValue(q->second);
-        }
-        if (!quality) return std::nullopt;
-        std::optional<ContentType> contentType =
-            ContentType::fromRawValue(platform::lowercased(type->kind.description()));
+        const std::optional<detail::AcceptHeaderEntry> entry = detail::parseAcceptHeaderEntry(rawValue);
+        if (!entry) return std::nullopt;
+        std::optional<ContentType> contentType = ContentType::fromRawValue(entry->contentType);
         if (!contentType) return std::nullopt;
-        return AcceptHeaderContentType(std::move(*contentType), *quality);
+        return AcceptHeaderContentType(std::move(*contentType), entry->quality);
     }
 
     /// The entry as it goes into the header: the content type, and the quality unless it is 1.0.
@@ -72,12 +76,13 @@ template <AcceptableProtocol ContentType>
 [[nodiscard]] std::vector<AcceptHeaderContentType<ContentType>>
 sortedByQuality(std::vector<AcceptHeaderContentType<ContentType>> contentTypes) {
     // A stable sort by insertion: an Accept header has a handful of entries.
-    for (auto entry = contentTypes.begin(); entry != contentTypes.end(); ++entry) {
-        const auto place =
-            std::upper_bound(contentTypes.begin(), entry, *entry, [](const auto& left, const auto& right) {
-                return left.quality.doubleValue() > right.quality.doubleValue();
-            });
-        std::rotate(place, entry, entry + 1);
+    const auto isBetter = [&](std::size_t left, std::size_t right) {
+        return contentTypes[left].quality.doubleValue() > contentTypes[right].quality.doubleValue();
+    };
+    for (std::size_t sorted = 1; sorted < contentTypes.size(); ++sorted) {
+        for (std::size_t at = sorted; at > 0 && isBetter(at, at - 1); --at) {
+            std::swap(contentTypes[at - 1], contentTypes[at]);
+        }
     }
     return contentTypes;
 }

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "platform/Ranges.hpp"
+
 #include <concepts>
 #include <optional>
-#include <ranges>
 #include <string>
 #include <string_view>
 
@@ -15,7 +16,7 @@ concept AcceptableProtocol =
     std::copyable<T> && std::equality_comparable<T> && requires(const T& contentType, std::string_view rawValue) {
         { T::fromRawValue(rawValue) } -> std::same_as<std::optional<T>>;
         { contentType.rawValue() } -> std::convertible_to<std::string>;
-        { T::allCases() } -> std::ranges::input_range;
+        { T::allCases() } -> platform::InputRange;
     };
 
 } // namespace OpenAPIRuntime::inline v1

@@ -1,11 +1,12 @@
 #pragma once
 
-#include "OpenAPIRuntime/Conversion/DateTranscoder.hpp"
 #include "platform/Export.hpp"
 
 #include <memory>
 
 namespace OpenAPIRuntime::inline v1 {
+
+class DateTranscoder;
 
 /// What a client's conversions can be told to do differently.
 ///

@@ -3,7 +3,6 @@
 #include "platform/Export.hpp"
 
 #include <cstddef>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>

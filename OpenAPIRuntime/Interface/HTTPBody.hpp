@@ -7,6 +7,7 @@
 #include "OpenAPIRuntime/Interface/detail/ChunkSequence.hpp"
 #include "platform/Export.hpp"
 #include "platform/PrettyStringConvertible.hpp"
+#include "platform/Ranges.hpp"
 #include "platform/bytes/ByteChunk.hpp"
 #include "platform/concurrency/AsyncSequence.hpp"
 #include "platform/concurrency/Task.hpp"
@@ -14,11 +15,9 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <optional>
-#include <ranges>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -117,8 +116,8 @@ public:
           ) {}
 
     /// The chunks of a range.
-    template <std::ranges::input_range Chunks>
-        requires std::same_as<std::ranges::range_value_t<Chunks>, ByteChunk>
+    template <platform::InputRange Chunks>
+        requires std::same_as<platform::RangeValue<Chunks>, ByteChunk>
     HTTPBody(Chunks chunks, Length length, IterationBehavior iterationBehavior)
         : HTTPBody(AnySequence<ByteChunk>(WrappedSyncSequence<Chunks>(std::move(chunks))), length, iterationBehavior) {}
 

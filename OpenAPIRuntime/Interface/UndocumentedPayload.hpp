@@ -4,7 +4,6 @@
 #include "http_types/HTTPFields.hpp"
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <utility>
 

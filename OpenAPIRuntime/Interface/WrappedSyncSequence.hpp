@@ -1,11 +1,12 @@
 #pragma once
 
+#include "platform/Ranges.hpp"
 #include "platform/concurrency/Task.hpp"
 
 #include <exception>
+#include <iterator>
 #include <memory>
 #include <optional>
-#include <ranges>
 #include <type_traits>
 #include <utility>
 
@@ -16,12 +17,12 @@ namespace OpenAPIRuntime::inline v1 {
 ///
 /// A range that can be iterated only when it is not `const` (a filter, an input stream) can be wrapped, too; it should
 /// then be iterated once only, since its iterators may share state.
-template <std::ranges::input_range Upstream>
+template <platform::InputRange Upstream>
 class WrappedSyncSequence {
-    using Range = std::conditional_t<std::ranges::input_range<const Upstream>, const Upstream, Upstream>;
+    using Range = std::conditional_t<platform::InputRange<const Upstream>, const Upstream, Upstream>;
 
 public:
-    using Element = std::ranges::range_value_t<Range>;
+    using Element = platform::RangeValue<Range>;
 
     class Iterator {
     public:
@@ -47,8 +48,8 @@ public:
 
     private:
         std::shared_ptr<Range> sequence_;
-        std::ranges::iterator_t<Range> at_;
-        std::ranges::sentinel_t<Range> end_;
+        platform::RangeIterator<Range> at_;
+        platform::RangeSentinel<Range> end_;
         bool isPastFirst_ = false;
     };
 

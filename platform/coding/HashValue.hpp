@@ -1,10 +1,11 @@
 #pragma once
 
+#include "platform/Ranges.hpp"
+
 #include <concepts>
 #include <cstddef>
-#include <functional>
-#include <optional>
-#include <ranges>
+#include <iterator>
+#include <optional> // and with it the declaration of std::hash
 #include <type_traits>
 
 namespace platform::inline v1 {
@@ -37,7 +38,7 @@ template <class T>
                          }) {
         return combinedHash(hashValue(value.first), hashValue(value.second));
     } else {
-        static_assert(std::ranges::input_range<const T>, "std::hash is missing for a type");
+        static_assert(InputRange<const T>, "std::hash is missing for a type");
         std::size_t hash = static_cast<std::size_t>(std::ranges::distance(value));
         for (const auto& element : value) {
             if constexpr (requires { typename T::hasher; }) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <iterator>
@@ -34,9 +33,10 @@ template <RawRepresentable E>
 /// The case that stands for `text`, if any.
 template <RawRepresentable E>
 [[nodiscard]] constexpr std::optional<E> fromRawValue(std::string_view text) noexcept {
-    const auto at = std::find(std::begin(RawValues<E>::values), std::end(RawValues<E>::values), text);
-    if (at == std::end(RawValues<E>::values)) return std::nullopt;
-    return static_cast<E>(at - std::begin(RawValues<E>::values));
+    for (std::size_t index = 0; index < std::size(RawValues<E>::values); ++index) {
+        if (RawValues<E>::values[index] == text) return static_cast<E>(index);
+    }
+    return std::nullopt;
 }
 
 /// Every case, in order.

@@ -3,7 +3,6 @@
 #include "platform/Export.hpp"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>

@@ -1,3 +1,4 @@
+#include "OpenAPIRuntime/Errors/RuntimeError.hpp"
 #include "OpenAPIRuntime/Interface/ClientError.hpp"
 #include "OpenAPIRuntime/Interface/HTTPBody.hpp"
 #include "QuillbeamAPI/Client.hpp"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Ranges.hpp"
 #include "platform/bytes/ByteChunk.hpp"
 #include "platform/concurrency/AsyncSequence.hpp"
 #include "platform/concurrency/Task.hpp"
@@ -8,9 +9,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <iterator>
 #include <memory>
 #include <optional>
-#include <ranges>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -23,11 +24,11 @@ template <typename T>
 concept Byte = std::same_as<T, std::uint8_t> || std::same_as<T, std::byte>;
 
 template <typename T>
-concept ByteRange = std::ranges::input_range<T> && Byte<std::remove_cv_t<std::ranges::range_value_t<T>>>;
+concept ByteRange = platform::InputRange<T> && Byte<std::remove_cv_t<platform::RangeValue<T>>>;
 
 /// Bytes that lie at hand and can be read again.
 template <typename T>
-concept ByteCollection = ByteRange<const T> && std::ranges::forward_range<const T>;
+concept ByteCollection = ByteRange<const T> && platform::ForwardRange<const T>;
 
 template <typename T>
 concept Text = std::convertible_to<const T&, std::string_view>;
@@ -45,7 +46,8 @@ template <ChunkConvertible T>
         return platform::ByteChunk(std::string_view(source));
     } else {
         std::vector<std::uint8_t> bytes;
-        if constexpr (std::ranges::sized_range<T>) bytes.reserve(static_cast<std::size_t>(std::ranges::size(source)));
+        if constexpr (requires { std::ranges::size(source); })
+            bytes.reserve(static_cast<std::size_t>(std::ranges::size(source)));
         for (const auto byte : source) {
             bytes.push_back(static_cast<std::uint8_t>(byte));
         }
@@ -106,7 +108,7 @@ private:
 /// The bytes of a range as one chunk, read from the range anew for each iterator.
 template <ByteRange Bytes>
 class GatheredSequence {
-    using Range = std::conditional_t<std::ranges::input_range<const Bytes>, const Bytes, Bytes>;
+    using Range = std::conditional_t<platform::InputRange<const Bytes>, const Bytes, Bytes>;
 
 public:
     using Element = platform::ByteChunk;
