@@ -400,12 +400,7 @@ HTTPField HTTPFields::remove(size_type position) {
     return removed;
 }
 
-HTTPFields::size_type HTTPFields::removeAll(const std::function<bool(const HTTPField&)>& predicate) {
-    // The predicate is asked about every field before any moves, so that one which throws changes nothing.
-    std::vector<bool> goes;
-    for (const HTTPField& field : *this) {
-        goes.push_back(predicate(field));
-    }
+HTTPFields::size_type HTTPFields::removeMarked(const std::vector<bool>& goes) {
     const auto removed = static_cast<size_type>(std::ranges::count(goes, true));
     if (removed != 0) {
         Storage& storage = uniqueStorage();

@@ -2,14 +2,13 @@
 
 #include "http_types/HTTPField.hpp"
 #include "platform/Export.hpp"
+#include "platform/Ranges.hpp"
 #include "platform/coding/TypeDescription.hpp"
 
 #include <concepts>
 #include <cstddef>
-#include <functional>
 #include <initializer_list>
 #include <optional>
-#include <ranges>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -129,8 +128,8 @@ public:
     void push_back(HTTPField field) { append(std::move(field)); }
 
     /// Adds all fields of a range at the end, in its order. The range may be this collection.
-    template <std::ranges::input_range Fields>
-        requires std::convertible_to<std::ranges::range_reference_t<Fields>, HTTPField>
+    template <platform::InputRange Fields>
+        requires std::convertible_to<platform::RangeReference<Fields>, HTTPField>
     void append(Fields&& fields) {
         std::vector<HTTPField> added;
         for (auto&& field : fields) {
@@ -146,7 +145,15 @@ public:
     HTTPField remove(size_type position);
 
     /// Removes the fields for which `predicate` holds, keeping the order of the others; returns how many went.
-    size_type removeAll(const std::function<bool(const HTTPField&)>& predicate);
+    template <std::predicate<const HTTPField&> Predicate>
+    size_type removeAll(Predicate&& predicate) {
+        // The predicate is asked about every field before any moves, so that one which throws changes nothing.
+        std::vector<bool> goes;
+        for (const HTTPField& field : *this) {
+            goes.push_back(predicate(field));
+        }
+        return removeMarked(goes);
+    }
 
     /// Removes all fields.
     void clear() noexcept;
@@ -168,6 +175,9 @@ public:
 
 private:
     struct Storage;
+
+    /// Removes the fields at the positions that are marked; one mark a field. Returns how many went.
+    size_type removeMarked(const std::vector<bool>& goes);
 
     /// The storage, made this object's own first.
     Storage& uniqueStorage();

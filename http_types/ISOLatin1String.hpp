@@ -3,7 +3,6 @@
 #include "platform/Export.hpp"
 
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
