@@ -32,6 +32,8 @@ Statement prepare(sqlite3* connection, const char* sql, std::initializer_list<Va
             status = sqlite3_bind_text64(
                 raw, index, text->data(), text->size(), SQLITE_TRANSIENT, static_cast<unsigned char>(SQLITE_UTF8)
             );
+        } else if (const auto* bytes = std::get_if<Bytes>(&argument)) {
+            status = sqlite3_bind_blob64(raw, index, bytes->bytes.data(), bytes->bytes.size(), SQLITE_TRANSIENT);
         } else if (const auto* integer = std::get_if<std::int64_t>(&argument)) {
             status = sqlite3_bind_int64(raw, index, *integer);
         } else if (const auto* number = std::get_if<double>(&argument)) {
@@ -63,6 +65,10 @@ Value columnValue(sqlite3_stmt* statement, int column) {
         return sqlite3_column_double(statement, column);
     case SQLITE_NULL:
         return nullptr;
+    case SQLITE_BLOB: {
+        const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, column));
+        return Bytes{std::string(bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column)))};
+    }
     default: {
         const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
         return std::string(bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
@@ -107,6 +113,10 @@ std::int64_t Row::integer(std::size_t column) const {
 
 double Row::number(std::size_t column) const {
     return get<double>(column);
+}
+
+const std::string& Row::bytes(std::size_t column) const {
+    return get<Bytes>(column).bytes;
 }
 
 std::optional<std::string> Row::optionalText(std::size_t column) const {

@@ -20,8 +20,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// What is stored as it is, and not as text.
+struct Bytes {
+    std::string bytes;
+};
+
 /// A value bound to a statement.
-using Value = std::variant<std::nullptr_t, std::int64_t, double, std::string>;
+using Value = std::variant<std::nullptr_t, std::int64_t, double, std::string, Bytes>;
 
 /// A text, or null where there is none.
 Value valueOf(const std::optional<std::string>& text);
@@ -34,6 +39,7 @@ public:
     const std::string& text(std::size_t column) const;
     std::int64_t integer(std::size_t column) const;
     double number(std::size_t column) const;
+    const std::string& bytes(std::size_t column) const;
     std::optional<std::string> optionalText(std::size_t column) const;
 
 private:

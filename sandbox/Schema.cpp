@@ -91,6 +91,15 @@ CREATE TABLE domains (
 
 CREATE INDEX domains_of_account ON domains (account_id);
 
+-- Without a type and bytes until it is uploaded.
+CREATE TABLE images (
+    id           TEXT PRIMARY KEY,
+    account_id   TEXT NOT NULL REFERENCES accounts ON DELETE CASCADE,
+    upload_token TEXT NOT NULL UNIQUE,
+    content_type TEXT,
+    bytes        BLOB
+) STRICT;
+
 CREATE TABLE tags (
     sequence   INTEGER PRIMARY KEY,
     id         TEXT NOT NULL UNIQUE,

@@ -3,6 +3,7 @@
 #include "sandbox/Database.hpp"
 #include "sandbox/Development.hpp"
 #include "sandbox/Domains.hpp"
+#include "sandbox/Images.hpp"
 #include "sandbox/Options.hpp"
 #include "sandbox/Router.hpp"
 #include "sandbox/Schema.hpp"
@@ -44,6 +45,7 @@ int serve(const sandbox::Options& options) {
     sandbox::addTagRoutes(router);
     sandbox::addUserRoutes(router);
     sandbox::addAPIKeyRoutes(router);
+    sandbox::addImageRoutes(router);
     sandbox::addDevelopmentRoutes(router);
 
     sandbox::Server server(router);

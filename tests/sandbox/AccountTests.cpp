@@ -30,6 +30,7 @@ TEST(SandboxAccount, AnswersNothingButPublicPathsWithoutAKey) {
     }
     EXPECT_EQ(bare.Post("/api-keys")->status, 401);
     EXPECT_EQ(bare.Post("/subscriptions/checkout")->status, 401);
+    EXPECT_EQ(bare.Post("/images/social-card")->status, 401);
     EXPECT_EQ(bare.Delete("/api-keys/x")->status, 401);
     EXPECT_EQ(bare.Put("/tags/x")->status, 401);
     EXPECT_EQ(bare.Delete("/tags/x")->status, 401);
@@ -271,6 +272,50 @@ TEST(SandboxAccount, ACheckoutRaisesTheLimitsAndThePortalLowersThem) {
         },
         names
     );
+}
+
+TEST(SandboxAccount, ServesBackTheImageThatWasUploaded) {
+    const std::string png = std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16) + std::string("\0\xff", 2);
+    const std::string webP = std::string("RIFF\x1a\0\0\0WEBPVP8L", 16);
+
+    struct Row {
+        const char* what;
+        std::string type, bytes;
+        int status;
+    };
+
+    const std::vector<Row> rows = {
+        {"another type", "image/svg+xml", "<svg/>", 415},
+        {"no type", "", png, 415},
+        {"bytes of another type", "image/png", webP, 400},
+        {"half a signature", "image/webp", webP.substr(0, 10), 400},
+        {"no bytes", "image/png", "", 400},
+        {"too many bytes", "image/png", png + std::string(5 * 1024 * 1024, 'x'), 413},
+        {"an image", "image/webp", webP, 200},
+        {"an image whose type has a parameter", "image/png; q=1", png, 200},
+        {"the largest image", "image/png", png + std::string(5 * 1024 * 1024 - png.size(), '\0'), 200},
+    };
+    const SandboxProcess sandbox;
+    Caller caller(sandbox);
+    httplib::Client bare(sandbox.address());
+    const auto pathOf = [&](const std::string& address) { return address.substr(sandbox.address().size()); };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        const httplib::Response made = caller.call("POST", "/images/social-card");
+        EXPECT_EQ(made.status, 201);
+        const Json addresses = Json::parse(made.body);
+        const std::string upload = pathOf(addresses["uploadUrl"]);
+        const std::string image = pathOf(addresses["publicUrl"]);
+        EXPECT_EQ(bare.Get(image)->status, 404);
+        EXPECT_EQ(bare.Put(upload, row.bytes, row.type)->status, row.status);
+        const auto served = bare.Get(image);
+        EXPECT_EQ(served->status, row.status == 200 ? 200 : 404);
+        if (row.status != 200) continue;
+        EXPECT_TRUE(served->body == row.bytes);
+        EXPECT_EQ(served->get_header_value("Content-Type"), row.type.substr(0, row.type.find(';')));
+        EXPECT_EQ(bare.Put(upload, row.bytes, row.type)->status, 409);
+    }
+    EXPECT_EQ(bare.Put("/uploads/no-such-token", png, "image/png")->status, 404);
 }
 
 } // namespace
