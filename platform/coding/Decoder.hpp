@@ -52,6 +52,17 @@ enum class Read : std::uint8_t {
     unrepresentable, ///< of the right kind, but no value of the type
 };
 
+/// What a value is, as far as a coder can tell without reading it.
+enum class CodedKind : std::uint8_t {
+    unknown, ///< the coder's form does not tell, or there is no value
+    null,
+    boolean,
+    number,
+    string,
+    list,
+    object,
+};
+
 /// Which integer type is asked for.
 struct IntegerKind {
     std::uint8_t bits;
@@ -73,6 +84,9 @@ template <class Place>
 class QUILLBEAM_EXPORT ValueReader {
 public:
     [[nodiscard]] virtual CodingPath codingPath() const = 0;
+
+    /// What the value is, so that one who takes any kind need not try one after the other.
+    [[nodiscard]] virtual CodedKind kind(Place /*place*/) const { return CodedKind::unknown; }
 
     /// True, and the value is consumed, where there is a null.
     [[nodiscard]] virtual bool nil(Place place) = 0;
@@ -99,6 +113,10 @@ class QUILLBEAM_EXPORT KeyedReader : public ValueReader<std::string_view> {
 public:
     [[nodiscard]] virtual bool contains(std::string_view key) const = 0;
     [[nodiscard]] virtual std::vector<std::string> allKeys() const = 0;
+
+    /// About how many members there are, for one who makes room for them; 0 where the coder does not know.
+    [[nodiscard]] virtual std::size_t memberCountHint() const { return 0; }
+
     [[nodiscard]] virtual KeyedDecodingContainer nestedContainer(std::string_view key) = 0;
     [[nodiscard]] virtual UnkeyedDecodingContainer nestedUnkeyedContainer(std::string_view key) = 0;
     [[nodiscard]] virtual std::unique_ptr<Decoder> superDecoder(std::string_view key) = 0;

@@ -117,6 +117,14 @@ class Readers : public Interface {
 public:
     [[nodiscard]] CodingPath codingPath() const final { return platform::codingPath(frame_); }
 
+    [[nodiscard]] CodedKind kind(Place at) const final {
+        static constexpr CodedKind kinds[] = {CodedKind::null,   CodedKind::boolean, CodedKind::number,
+                                              CodedKind::string, CodedKind::list,    CodedKind::object};
+        std::uint32_t index = 0;
+        if (!self().find(at, index)) return CodedKind::unknown;
+        return kinds[static_cast<std::size_t>(node(index).kind)];
+    }
+
     bool nil(Place at) final {
         std::uint32_t index = 0;
         if (!self().locate(at, index)) {
@@ -268,6 +276,8 @@ public:
             keys.push_back(std::move(key));
         return keys;
     }
+
+    [[nodiscard]] std::size_t memberCountHint() const override { return node(object_).count; }
 
     [[nodiscard]] bool nextKey(std::size_t& cursor, std::string& key) const override {
         const std::uint32_t end = node(object_).extent;
