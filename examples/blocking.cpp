@@ -2,10 +2,10 @@
 //
 //     blocking ADDRESS KEY
 
+#include "OpenAPIRuntime/Middlewares/BearerToken.hpp"
 #include "OpenAPIURLSession/URLSessionTransport.hpp"
 #include "QuillbeamAPI/Client.hpp"
 #include "QuillbeamAPI/Domains.hpp"
-#include "examples/BearerToken.hpp"
 #include "platform/concurrency/SyncWait.hpp"
 
 #include <iostream>
@@ -20,7 +20,7 @@ int main(int count, char** arguments) {
     }
     const URLSessionTransport::Configuration configuration{platform::URLSession()};
     const auto transport = std::make_shared<URLSessionTransport>(configuration);
-    const auto authentication = std::make_shared<examples::BearerToken>(arguments[2]);
+    const auto authentication = std::make_shared<OpenAPIRuntime::BearerToken>(arguments[2]);
     QuillbeamAPI::Client client(*server, transport, {authentication});
     try {
         const auto output = platform::syncWait(client.getDomains());

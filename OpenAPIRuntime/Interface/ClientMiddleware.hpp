@@ -20,21 +20,21 @@ class Call;
 }
 
 /// Stands between the operations and the transport and sees every request and its response: for authentication,
-/// logging, retries, measurements, caching.
+/// logging, retries, measurements, caching. `Middlewares/` has ready ones.
 ///
-///     class BearerToken final : public ClientMiddleware {
+///     class UserAgent final : public ClientMiddleware {
 ///     public:
-///         explicit BearerToken(std::string token) : token_(std::move(token)) {}
+///         explicit UserAgent(std::string name) : name_(std::move(name)) {}
 ///
 ///         Task<HTTPResponseAndBody> intercept(
 ///             HTTPRequest request, std::optional<HTTPBody> body, URL baseURL, std::string operationID, Next next
 ///         ) override {
-///             request.headerFields[HTTPField::Name::authorization] = "Bearer " + token_;
+///             request.headerFields[HTTPField::Name::userAgent] = name_;
 ///             return next(std::move(request), std::move(body), std::move(baseURL));
 ///         }
 ///
 ///     private:
-///         const std::string token_;
+///         const std::string name_;
 ///     };
 ///
 /// It may pass on another request, body or base URL, hand back another response, answer without calling `next`, or call

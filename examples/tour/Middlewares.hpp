@@ -1,6 +1,6 @@
 #pragma once
 
-#include "examples/BearerToken.hpp"
+#include "OpenAPIRuntime/Interface/ClientMiddleware.hpp"
 
 #include <mutex>
 #include <optional>
@@ -8,6 +8,14 @@
 #include <utility>
 
 namespace examples {
+
+using HTTPTypes::HTTPField;
+using HTTPTypes::HTTPRequest;
+using OpenAPIRuntime::ClientMiddleware;
+using OpenAPIRuntime::HTTPBody;
+using OpenAPIRuntime::HTTPResponseAndBody;
+using platform::Task;
+using platform::URL;
 
 /// Asks the sandbox to answer with a status, whatever the request: one that the service documents for no operation.
 class WishedStatus final : public ClientMiddleware {

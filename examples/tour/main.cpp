@@ -4,6 +4,7 @@
 //
 // Ends with status 0 if everything was as expected.
 
+#include "OpenAPIRuntime/Middlewares/BearerToken.hpp"
 #include "OpenAPIURLSession/URLSessionTransport.hpp"
 #include "examples/tour/Domains.hpp"
 #include "platform/concurrency/SyncWait.hpp"
@@ -25,7 +26,7 @@ bool walk(const char* address, const char* key) {
     const URLSessionTransport::Configuration configuration{platform::URLSession()};
     auto transport = std::make_shared<URLSessionTransport>(configuration);
     auto trace = std::make_shared<examples::Trace>();
-    auto authentication = std::make_shared<examples::BearerToken>(key);
+    auto authentication = std::make_shared<OpenAPIRuntime::BearerToken>(key);
     auto guide = std::make_shared<examples::Guide>(examples::Guide{
         Client(*server, transport, {authentication, trace}),
         Client(*server, transport, {trace}),

@@ -2,7 +2,7 @@
 
 #include "platform/concurrency/SyncWait.hpp"
 #include "platform/loading/detail/FieldText.hpp"
-#include "platform/loading/detail/Origin.hpp"
+#include "platform/url/Origin.hpp"
 
 #include <algorithm>
 #include <csignal>

@@ -1,21 +1,15 @@
-#include "platform/loading/detail/Origin.hpp"
+#include "platform/url/Origin.hpp"
 
-#include "platform/loading/detail/FieldText.hpp"
+#include "platform/text/ASCII.hpp"
 
-#include <algorithm>
 #include <charconv>
 
-namespace platform::inline v1::detail {
+namespace platform::inline v1 {
 
 std::optional<std::string> originOf(std::string_view url) {
     const auto colon = url.find("://");
     if (colon == std::string_view::npos) return std::nullopt;
-    const auto lowercased = [](std::string_view text) {
-        std::string result(text);
-        std::transform(result.begin(), result.end(), result.begin(), foldedASCII);
-        return result;
-    };
-    std::string origin = lowercased(url.substr(0, colon));
+    std::string origin = asciiLowercased(url.substr(0, colon));
     const bool secure = origin == "https";
     if (!secure && origin != "http") return std::nullopt;
 
@@ -36,7 +30,7 @@ std::optional<std::string> originOf(std::string_view url) {
             return std::nullopt;
         }
     }
-    return origin.append("://").append(lowercased(host)).append(":").append(std::to_string(port));
+    return origin.append("://").append(asciiLowercased(host)).append(":").append(std::to_string(port));
 }
 
-} // namespace platform::inline v1::detail
+} // namespace platform::inline v1
