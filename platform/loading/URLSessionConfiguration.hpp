@@ -17,7 +17,7 @@ struct QUILLBEAM_EXPORT URLSessionConfiguration {
     std::chrono::milliseconds timeoutIntervalForRequest = std::chrono::seconds(60);
 
     /// Transfers under way at once to one origin (scheme, host and port); further ones wait in order of `resume()`.
-    /// Over HTTP/2, where transfers share a connection, up to 100 are under way once the origin is known to speak it.
+    /// Over HTTP/2, where transfers share a connection, up to 100 are under way, or as many as the server takes on one.
     int httpMaximumConnectionsPerHost = 6;
 
     /// Redirects followed for one task; the next one is an error. 0: none is followed, and a redirecting response is

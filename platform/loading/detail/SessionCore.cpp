@@ -16,6 +16,7 @@ namespace {
 
 // Streams that one HTTP/2 connection carries by common consent (RFC 9113 section 6.5.2 advises at least 100).
 constexpr int maximumHTTP2Transfers = 100;
+
 constexpr long maximumIdleConnections = 64;
 constexpr std::size_t maximumIdleTransfers = 128;
 // Reading the rest of a redirecting response saves a connection, as long as the rest is short.
@@ -323,8 +324,7 @@ void SessionCore::openGates() {
 }
 
 void SessionCore::admit(OriginGate& gate) {
-    const int limit =
-        gate.speaksHTTP2 ? maximumHTTP2Transfers : std::max(1, configuration_.httpMaximumConnectionsPerHost);
+    const int limit = gate.speaksHTTP2 ? connectionsOfOrigin() + gate.furtherStreams : connectionsOfOrigin();
     while (gate.running < limit && !gate.waiting.empty()) {
         const auto task = gate.waiting.front();
         if (task->has(TaskState::suspended)) {
@@ -333,9 +333,11 @@ void SessionCore::admit(OriginGate& gate) {
             task->place = TaskState::Place::nowhere;
             continue;
         }
+        if (!task->collects && gate.unshared >= connectionsOfOrigin()) break;
         active_.splice(active_.end(), gate.waiting, task->position);
         task->place = TaskState::Place::active;
         ++gate.running;
+        if (!task->collects) ++gate.unshared;
         begin(task);
     }
 }
@@ -385,11 +387,24 @@ void SessionCore::didProgress(Transfer& transfer) {
     taskOf(transfer).lastProgress = now_;
 }
 
+void SessionCore::willConnect(Transfer& transfer) {
+    const auto& task = taskOf(transfer);
+    auto& gate = *task.gate;
+    if (!gate.speaksHTTP2 || !task.collects || gate.running < 2) return;
+    gate.isFull = true;
+    gate.furtherStreams = std::min(gate.furtherStreams, gate.running - 1 - connectionsOfOrigin());
+}
+
 bool SessionCore::didCompleteHead(Transfer& transfer) {
     auto& task = taskOf(transfer);
     if (task.has(TaskState::cancelled)) return false;
     auto& head = transfer.head();
-    if (task.collects) task.gate->speaksHTTP2 = head.isHTTP2();
+    if (task.collects) {
+        auto& gate = *task.gate;
+        gate.speaksHTTP2 = head.isHTTP2();
+        const bool isRoomKnown = gate.isFull || connectionsOfOrigin() + gate.furtherStreams >= maximumHTTP2Transfers;
+        if (gate.speaksHTTP2 && !isRoomKnown) ++gate.furtherStreams;
+    }
     if (isRedirect(head.statusCode()) && configuration_.maximumRedirects > 0 && head.field("Location")) {
         task.redirects = true;
         return true;
@@ -511,13 +526,18 @@ void SessionCore::release(TaskState& task) {
         if (idleTransfers_.size() < maximumIdleTransfers) idleTransfers_.push_back(std::move(task.transfer));
         task.transfer.reset();
     }
-    --gate.running;
+    if (--gate.running == 0) gate.isFull = false;
+    if (!task.collects) --gate.unshared;
     touch(gate);
 }
 
 void SessionCore::finish(const std::shared_ptr<TaskState>& task, std::optional<URLError> error) {
     release(*task);
     complete(task, std::move(error));
+}
+
+int SessionCore::connectionsOfOrigin() const noexcept {
+    return std::max(1, configuration_.httpMaximumConnectionsPerHost);
 }
 
 std::chrono::milliseconds SessionCore::idleLimit(const TaskState& task) const noexcept {

@@ -26,7 +26,13 @@ namespace platform::inline v1::detail {
 struct OriginGate {
     TaskState::List waiting;
     int running = 0;
+    int unshared = 0; ///< those of them that need a connection each, whatever the origin speaks
     bool speaksHTTP2 = false;
+    /// How many may share connections beyond one on each, found as TCP finds its window: one more with each response,
+    /// until the engine opens another connection because the server takes no more streams on those there are. A server
+    /// refuses what a fresh connection carries beyond its limit, and a refused POST could not be told from a lost one.
+    int furtherStreams = 0;
+    bool isFull = false;    ///< nothing more is tried until no transfer is under way
     bool isTouched = false; ///< on the list of those to be looked at
 };
 
@@ -82,8 +88,10 @@ private:
 
     bool didCompleteHead(Transfer& transfer) override;
     Body didReceiveBody(Transfer& transfer, std::string_view bytes) override;
+    void willConnect(Transfer& transfer) override;
     void didProgress(Transfer& transfer) override;
 
+    [[nodiscard]] int connectionsOfOrigin() const noexcept;
     [[nodiscard]] std::chrono::milliseconds idleLimit(const TaskState& task) const noexcept;
     [[nodiscard]] static TaskState& taskOf(const Transfer& transfer) noexcept;
     [[nodiscard]] std::unique_ptr<Transfer> takeTransfer();

@@ -110,6 +110,8 @@ Transfer::Transfer(const URLSessionConfiguration& configuration, CURLSH* share)
     set(CURLOPT_HEADERDATA, this);
     set(CURLOPT_WRITEFUNCTION, &Transfer::bodyCallback);
     set(CURLOPT_WRITEDATA, this);
+    set(CURLOPT_SOCKOPTFUNCTION, &Transfer::connectCallback);
+    set(CURLOPT_SOCKOPTDATA, this);
     set(CURLOPT_PREREQFUNCTION, &Transfer::requestCallback);
     set(CURLOPT_PREREQDATA, this);
 }
@@ -292,6 +294,12 @@ std::size_t Transfer::bodyCallback(char* bytes, std::size_t size, std::size_t co
         break;
     }
     return size * count;
+}
+
+int Transfer::connectCallback(void* self, curl_socket_t, curlsocktype) noexcept {
+    auto& transfer = *static_cast<Transfer*>(self);
+    transfer.events_->willConnect(transfer);
+    return CURL_SOCKOPT_OK;
 }
 
 int Transfer::requestCallback(void* self, char*, char*, int, int) noexcept {

@@ -26,6 +26,9 @@ class Transfer;
 /// Who gets what a transfer receives, on the loop's thread, from within the engine.
 class TransferEvents {
 public:
+    /// The engine opens a connection for it.
+    virtual void willConnect(Transfer& transfer) = 0;
+
     /// The final head is complete. False ends the transfer.
     virtual bool didCompleteHead(Transfer& transfer) = 0;
 
@@ -117,6 +120,7 @@ private:
 
     static std::size_t headerCallback(char* bytes, std::size_t size, std::size_t count, void* self) noexcept;
     static std::size_t bodyCallback(char* bytes, std::size_t size, std::size_t count, void* self) noexcept;
+    static int connectCallback(void* self, curl_socket_t, curlsocktype) noexcept;
     static int requestCallback(void* self, char*, char*, int, int) noexcept;
 
     std::unique_ptr<CURL, CleanUp> easy_;

@@ -1,60 +1,17 @@
+#include "tests/platform/loading/Identity.hpp"
 #include "tests/platform/loading/Loading.hpp"
 #include "tests/platform/loading/ScriptedServer.hpp"
 
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <cstdio>
-#include <filesystem>
 #include <memory>
-#include <openssl/evp.h>
-#include <openssl/pem.h>
 #include <openssl/ssl.h>
-#include <openssl/x509.h>
-#include <openssl/x509v3.h>
-#include <unistd.h>
 
 using namespace tests;
 using platform::URLSession;
 
 namespace {
-
-/// A key and a certificate for 127.0.0.1 that it signs itself.
-struct Identity {
-    Identity() {
-        X509_set_version(certificate, 2);
-        ASN1_INTEGER_set(X509_get_serialNumber(certificate), 1);
-        X509_gmtime_adj(X509_getm_notBefore(certificate), -3600);
-        X509_gmtime_adj(X509_getm_notAfter(certificate), 3600);
-        X509_set_pubkey(certificate, key);
-        X509_NAME* name = X509_get_subject_name(certificate);
-        X509_NAME_add_entry_by_txt(
-            name, "CN", MBSTRING_ASC, reinterpret_cast<const unsigned char*>("loading test"), -1, -1, 0
-        );
-        X509_set_issuer_name(certificate, name);
-        X509_EXTENSION* names = X509V3_EXT_conf_nid(nullptr, nullptr, NID_subject_alt_name, "IP:127.0.0.1");
-        X509_add_ext(certificate, names, -1);
-        X509_EXTENSION_free(names);
-        X509_sign(certificate, key, EVP_sha256());
-        file = std::filesystem::temp_directory_path() / ("loading-test-" + std::to_string(getpid()) + ".pem");
-        FILE* out = std::fopen(file.c_str(), "w");
-        PEM_write_X509(out, certificate);
-        std::fclose(out);
-    }
-
-    ~Identity() {
-        std::filesystem::remove(file);
-        X509_free(certificate);
-        EVP_PKEY_free(key);
-    }
-
-    Identity(const Identity&) = delete;
-    Identity& operator=(const Identity&) = delete;
-
-    EVP_PKEY* key = EVP_EC_gen("P-256");
-    X509* certificate = X509_new();
-    std::filesystem::path file;
-};
 
 /// Answers one request over TLS.
 void serve(SSL_CTX* context, int socket) {
@@ -82,9 +39,9 @@ TEST(TLS, ServersAreTrustedByTheirCertificateAndName) {
     {
         ScriptedServer server([&](ScriptedServer::Connection& connection) { serve(context, connection.socket()); });
         auto trusting = direct();
-        trusting.certificateAuthorityFile = identity.file.string();
+        trusting.certificateAuthorityFile = identity.certificateFile.string();
         auto missing = direct();
-        missing.certificateAuthorityFile = identity.file.string() + ".missing";
+        missing.certificateAuthorityFile = identity.certificateFile.string() + ".missing";
         const auto address = [&](std::string_view host) { return "https" + server.url("/", host).substr(4); };
 
         const struct {
