@@ -30,6 +30,7 @@
 ///         static constexpr std::string_view typeName = "Shape";                  // optional: for errors
 ///         static constexpr CodedShape shape = CodedShape::keyed;                 // optional: refuse other forms early
 ///         static Shape blank();                                                  // without a default constructor
+///         static bool mayDecode(Decoder& decoder);                               // optional: refuse without an error
 ///         static void decode(Decoder& decoder, Shape& out);
 ///         static void encode(Encoder& encoder, const Shape& value);
 ///     };
@@ -298,6 +299,8 @@ struct Coding<T> {
 
 namespace detail {
 QUILLBEAM_EXPORT void decodeRecord(const RecordFields& fields, Decoder& decoder, void* out);
+/// False where the value is no object, or a field is missing or of the wrong kind, as far as the coder can tell kinds.
+[[nodiscard]] QUILLBEAM_EXPORT bool mayDecodeRecord(const RecordFields& fields, Decoder& decoder);
 QUILLBEAM_EXPORT void encodeRecord(const RecordFields& fields, Encoder& encoder, const void* record);
 [[nodiscard]] QUILLBEAM_EXPORT std::string recordTypeName(const RecordFields& fields);
 } // namespace detail
@@ -307,6 +310,10 @@ struct Coding<T> {
     static constexpr CodedShape shape = CodedShape::keyed;
 
     [[nodiscard]] static std::string typeName() { return detail::recordTypeName(T::recordFields()); }
+
+    [[nodiscard]] static bool mayDecode(Decoder& decoder) {
+        return detail::mayDecodeRecord(T::recordFields(), decoder);
+    }
 
     static void decode(Decoder& decoder, T& out) { detail::decodeRecord(T::recordFields(), decoder, &out); }
 

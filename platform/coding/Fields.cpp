@@ -51,6 +51,19 @@ void decodeRecord(const RecordFields& fields, Decoder& decoder, void* out) {
         slot.operations->decode(container, slot.key, memberOf(out, slot));
 }
 
+bool mayDecodeRecord(const RecordFields& fields, Decoder& decoder) {
+    auto value = decoder.singleValueContainer();
+    const CodedKind kind = value.implementation().kind(Here{});
+    if (kind != CodedKind::object) return kind == CodedKind::unknown;
+    auto container = decoder.container();
+    return std::all_of(fields.slots().begin(), fields.slots().end(), [&container](const FieldSlot& slot) {
+        const CodedKind found = container.implementation().kind(slot.key);
+        if (found == CodedKind::unknown) return !slot.operations->isRequired;
+        if (slot.operations->kind == CodedKind::unknown || slot.operations->kind == found) return true;
+        return found == CodedKind::null && !slot.operations->isRequired;
+    });
+}
+
 void encodeRecord(const RecordFields& fields, Encoder& encoder, const void* record) {
     auto container = encoder.container();
     const auto slots = fields.slots();

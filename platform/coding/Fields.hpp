@@ -7,6 +7,7 @@
 #include "platform/coding/Record.hpp"
 
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -39,7 +40,27 @@ struct FieldOperations {
     void (*describe)(std::string& out, const void* member);
     bool (*hasValue)(const void* member);
     void (*encodeAlone)(Encoder& encoder, const void* member); ///< without the key
+    CodedKind kind;                                            ///< of every coded value; `unknown` where that varies
+    bool isRequired;
 };
+
+/// What every coded value of a type is, as far as the type tells.
+template <class M>
+consteval CodedKind codedKindOf() {
+    if constexpr (isOptional<M>) {
+        return codedKindOf<typename M::value_type>();
+    } else if constexpr (std::same_as<M, bool>) {
+        return CodedKind::boolean;
+    } else if constexpr (CodedScalar<M> && !std::same_as<M, Date>) {
+        return std::is_arithmetic_v<M> ? CodedKind::number : CodedKind::string;
+    } else if constexpr (codedShapeOf<M>() == CodedShape::unkeyed) {
+        return CodedKind::list;
+    } else if constexpr (codedShapeOf<M>() == CodedShape::keyed) {
+        return CodedKind::object;
+    } else {
+        return CodedKind::unknown;
+    }
+}
 
 template <class M>
 inline constexpr FieldOperations fieldOperations{
@@ -65,6 +86,8 @@ inline constexpr FieldOperations fieldOperations{
         return true;
     },
     [](Encoder& encoder, const void* member) { Coding<M>::encode(encoder, *static_cast<const M*>(member)); },
+    codedKindOf<M>(),
+    !isOptional<M>,
 };
 
 /// One row of a record's table, without types.

@@ -118,8 +118,14 @@ public:
     [[nodiscard]] CodingPath codingPath() const final { return platform::codingPath(frame_); }
 
     [[nodiscard]] CodedKind kind(Place at) const final {
-        static constexpr CodedKind kinds[] = {CodedKind::null,   CodedKind::boolean, CodedKind::number,
-                                              CodedKind::string, CodedKind::list,    CodedKind::object};
+        static constexpr CodedKind kinds[] = {
+            CodedKind::null,
+            CodedKind::boolean,
+            CodedKind::number,
+            CodedKind::string,
+            CodedKind::list,
+            CodedKind::object
+        };
         std::uint32_t index = 0;
         if (!self().find(at, index)) return CodedKind::unknown;
         return kinds[static_cast<std::size_t>(node(index).kind)];

@@ -8,6 +8,7 @@
 
 namespace OpenAPIRuntime::inline v1 {
 
+using detail::OnFailure;
 using platform::CodedKind;
 using platform::Decoder;
 using platform::Encoder;
@@ -68,8 +69,6 @@ struct Attempt {
 
 constexpr std::string_view notFreeForm = "OpenAPIValueContainer cannot be decoded";
 
-enum class OnFailure { fail, tell };
-
 bool decodeContents(Decoder& decoder, OpenAPIArrayContainer& out, OnFailure onFailure) {
     auto container = decoder.unkeyedContainer();
     auto& reader = container.implementation();
@@ -85,20 +84,7 @@ bool decodeContents(Decoder& decoder, OpenAPIArrayContainer& out, OnFailure onFa
 }
 
 bool decodeContents(Decoder& decoder, OpenAPIObjectContainer& out, OnFailure onFailure) {
-    auto container = decoder.container();
-    auto& reader = container.implementation();
-    std::vector<Member> members;
-    members.reserve(reader.memberCountHint());
-    std::size_t cursor = 0;
-    for (std::string key; reader.nextKey(cursor, key);) {
-        Member& member = members.emplace_back();
-        member.first = std::move(key);
-        if (detail::tryReadFreeForm<std::string_view>(reader, member.first, member.second)) continue;
-        if (onFailure == OnFailure::fail) reader.corrupted(member.first, std::string(notFreeForm));
-        return false;
-    }
-    out = OpenAPIObjectContainer(std::move(members));
-    return true;
+    return detail::decodeMembers(decoder, {}, out, onFailure);
 }
 
 template <class Container>
@@ -133,6 +119,24 @@ bool tryReadScalar(platform::ValueReader<Place>& reader, Place place, OpenAPIVal
 }
 
 } // namespace
+
+bool detail::decodeMembers(Decoder& decoder, KnownKeys without, OpenAPIObjectContainer& out, OnFailure onFailure) {
+    auto container = decoder.container();
+    auto& reader = container.implementation();
+    std::vector<Member> members;
+    members.reserve(reader.memberCountHint());
+    std::size_t cursor = 0;
+    for (std::string key; reader.nextKey(cursor, key);) {
+        if (without.contains(key)) continue;
+        Member& member = members.emplace_back();
+        member.first = std::move(key);
+        if (tryReadFreeForm<std::string_view>(reader, member.first, member.second)) continue;
+        if (onFailure == OnFailure::fail) reader.corrupted(member.first, std::string(notFreeForm));
+        return false;
+    }
+    out = OpenAPIObjectContainer(std::move(members));
+    return true;
+}
 
 template <class Place>
 bool detail::tryReadFreeForm(platform::ValueReader<Place>& reader, Place place, OpenAPIValueContainer& out) {
@@ -197,7 +201,7 @@ void platform::Coding<OpenAPIValueContainer>::encode(Encoder& encoder, const Ope
 }
 
 void platform::Coding<OpenAPIArrayContainer>::decode(Decoder& decoder, OpenAPIArrayContainer& out) {
-    OpenAPIRuntime::decodeContents(decoder, out, OpenAPIRuntime::OnFailure::fail);
+    OpenAPIRuntime::decodeContents(decoder, out, OpenAPIRuntime::detail::OnFailure::fail);
 }
 
 void platform::Coding<OpenAPIArrayContainer>::encode(Encoder& encoder, const OpenAPIArrayContainer& value) {
@@ -207,7 +211,7 @@ void platform::Coding<OpenAPIArrayContainer>::encode(Encoder& encoder, const Ope
 }
 
 void platform::Coding<OpenAPIObjectContainer>::decode(Decoder& decoder, OpenAPIObjectContainer& out) {
-    OpenAPIRuntime::decodeContents(decoder, out, OpenAPIRuntime::OnFailure::fail);
+    OpenAPIRuntime::decodeContents(decoder, out, OpenAPIRuntime::detail::OnFailure::fail);
 }
 
 void platform::Coding<OpenAPIObjectContainer>::encode(Encoder& encoder, const OpenAPIObjectContainer& value) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OpenAPIRuntime/Values/AdditionalProperties.hpp"
 #include "OpenAPIRuntime/Values/OpenAPIValueContainer.hpp"
 #include "platform/coding/Decoder.hpp"
 #include "platform/coding/Encoder.hpp"
@@ -16,6 +17,13 @@ void sortByKey(std::vector<OpenAPIObjectContainer::Member>& members);
 /// coder throws beyond `DecodingError`s.
 template <class Place>
 [[nodiscard]] bool tryReadFreeForm(platform::ValueReader<Place>& reader, Place place, OpenAPIValueContainer& out);
+
+enum class OnFailure { fail, tell };
+
+/// Reads the members of an object but those with some keys. Where one is no free-form value it fails for that member,
+/// or is false.
+[[nodiscard]] bool
+decodeMembers(platform::Decoder& decoder, KnownKeys without, OpenAPIObjectContainer& out, OnFailure onFailure);
 
 template <class Place>
 void writeFreeForm(platform::ValueWriter<Place>& writer, Place place, const OpenAPIValueContainer& value);
