@@ -130,16 +130,20 @@ private:
     }
 
     void startAsking() noexcept {
+        std::exception_ptr error;
         try {
             const auto self = shared_from_this();
             const auto done = [self](Result<std::string>&& token) { self->answered(std::move(token)); };
             platform::spawn(platform::BackgroundPool::shared(), {}, ask(self), done);
+            return;
         } catch (...) {
-            refused(std::current_exception());
+            error = std::current_exception();
         }
+        refused(std::move(error));
     }
 
     void answered(Result<std::string> token) noexcept {
+        std::exception_ptr error;
         try {
             const std::string text = token.take();
             std::vector<Waiting> served;
@@ -150,18 +154,22 @@ private:
             for (Waiting& waiting : served) {
                 waiting.continuation.resume(credential_);
             }
+            return;
         } catch (...) {
-            refused(std::current_exception());
+            error = std::current_exception();
         }
+        refused(std::move(error));
     }
 
-    void refused(const std::exception_ptr& error) noexcept {
+    void refused(std::exception_ptr error) noexcept {
         std::vector<Waiting> served;
         const std::lock_guard lock(mutex_);
         isAsking_ = false;
         served.swap(waiting_);
         for (Waiting& waiting : served) {
-            waiting.continuation.fail(error);
+            const bool isLast = &waiting == &served.back();
+            // The last one gets the error itself, so that it ends where it is read and not on this thread.
+            waiting.continuation.fail(isLast ? std::move(error) : error);
         }
     }
 

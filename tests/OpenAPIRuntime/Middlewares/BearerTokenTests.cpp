@@ -201,17 +201,12 @@ TEST(BearerToken, AsksAnewAfterA401AndSendsOnceMore) {
 
 TEST(BearerToken, CallsRefusedWithTheSameTokenShareOneAsking) {
     constexpr int calls = 8;
-    std::latch refused(calls);
+    const Counting source;
     const auto server = std::make_shared<Server>();
     server->accept("t2");
+    std::latch sent(calls); // none is refused before all are on their way
     server->whenReceived = [&](const HTTPRequest& request) {
-        if (request.headerFields.value(HTTPField::Name::authorization) == "Bearer t1") refused.count_down();
-    };
-    const auto asked = std::make_shared<std::atomic<int>>(0);
-    const auto source = [asked, &refused]() -> Task<std::string> {
-        const int number = ++*asked;
-        if (number == 2) refused.wait();
-        return Task<std::string>::ready("t" + std::to_string(number));
+        if (request.headerFields.value(HTTPField::Name::authorization) == "Bearer t1") sent.arrive_and_wait();
     };
     const auto client = clientOf(server, {std::make_shared<BearerToken>(source)});
     std::vector<std::future<int>> statuses;
@@ -221,7 +216,7 @@ TEST(BearerToken, CallsRefusedWithTheSameTokenShareOneAsking) {
     for (auto& status : statuses) {
         EXPECT_EQ(status.get(), 200);
     }
-    EXPECT_EQ(*asked, 2);
+    EXPECT_EQ(*source.asked, 2);
     EXPECT_EQ(server->takeReceived().size(), 2u * calls);
 }
 
