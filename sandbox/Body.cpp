@@ -4,6 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+
 namespace sandbox {
 
 Body::Body(const Request& request) {
@@ -35,6 +37,15 @@ std::optional<std::string> Body::optionalText(const char* key) const {
     if (!member) return std::nullopt;
     if (!member->is_string()) throw Problem::badRequest("\"" + std::string(key) + "\" must be a text.");
     return member->get<std::string>();
+}
+
+std::vector<std::string> Body::texts(const char* key) const {
+    const Json* const member = find(key);
+    const auto isText = [](const Json& element) { return element.is_string(); };
+    if (!member || !member->is_array() || !std::all_of(member->begin(), member->end(), isText)) {
+        throw Problem::badRequest("\"" + std::string(key) + "\" must be a list of texts.");
+    }
+    return member->get<std::vector<std::string>>();
 }
 
 std::optional<std::int64_t> Body::optionalInteger(const char* key, std::int64_t least) const {

@@ -26,6 +26,9 @@ public:
     /// @throws Problem if the member is not a text.
     std::optional<std::string> optionalText(const char* key) const;
 
+    /// @throws Problem if the member is missing, null or not a list of texts.
+    std::vector<std::string> texts(const char* key) const;
+
     /// @return nothing if the member is missing or null.
     /// @throws Problem if the member is not an integer of at least `least`.
     std::optional<std::int64_t> optionalInteger(const char* key, std::int64_t least) const;

@@ -17,7 +17,6 @@ namespace sandbox {
 
 namespace {
 
-constexpr const char* builtInName = "go.quillbeam.example";
 constexpr const char* aliasTarget = "domains.quillbeam.example";
 // An address for documentation (RFC 5737): a zone itself cannot be an alias.
 constexpr const char* zoneAddress = "203.0.113.80";
@@ -210,8 +209,22 @@ void addDomainRoutes(Router& router) {
 
 void addBuiltInDomain(Session& database) {
     database.execute(
-        "INSERT INTO domains (id, name, status) VALUES (?, ?, 'ACTIVE')", {makeIdentifier("dom"), builtInName}
+        "INSERT INTO domains (id, name, status) VALUES (?, ?, 'ACTIVE')", {makeIdentifier("dom"), builtInDomainName}
     );
+}
+
+std::string requireReadyDomain(Session& database, const std::string& account, const std::string& name) {
+    const auto row = database.first(
+        "SELECT id, status FROM domains WHERE name = lower(?) AND (account_id = ? OR account_id IS NULL)",
+        {name, account}
+    );
+    if (!row) throw Problem::notFound("There is no domain named \"" + name + "\".");
+    if (row->text(1) != "ACTIVE") throw Problem::badRequest("The domain " + name + " is not active.");
+    return row->text(0);
+}
+
+Json domainBodyOf(Session& database, const std::string& id) {
+    return domainBody(domainOf(*database.first("SELECT " DOMAIN_COLUMNS " FROM domains WHERE id = ?", {id})));
 }
 
 } // namespace sandbox

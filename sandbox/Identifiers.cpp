@@ -16,4 +16,16 @@ std::string makeIdentifier(std::string_view prefix, int bytes) {
     return result;
 }
 
+std::string makeSlug() {
+    constexpr std::string_view characters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    constexpr std::size_t length = 7;
+    std::random_device source;
+    std::uniform_int_distribution<std::size_t> character(0, characters.size() - 1);
+    std::string result;
+    while (result.size() < length) {
+        result += characters[character(source)];
+    }
+    return result;
+}
+
 } // namespace sandbox

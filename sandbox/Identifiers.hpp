@@ -8,4 +8,7 @@ namespace sandbox {
 /// A fresh, unguessable identifier: the prefix, an underscore and `bytes` random bytes in hexadecimal.
 std::string makeIdentifier(std::string_view prefix, int bytes = 8);
 
+/// A fresh slug for a short link: seven letters and digits.
+std::string makeSlug();
+
 } // namespace sandbox

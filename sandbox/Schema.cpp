@@ -91,6 +91,49 @@ CREATE TABLE domains (
 
 CREATE INDEX domains_of_account ON domains (account_id);
 
+-- A link without an account waits to be claimed.
+CREATE TABLE links (
+    sequence                INTEGER PRIMARY KEY,
+    id                      TEXT NOT NULL UNIQUE,
+    account_id              TEXT REFERENCES accounts ON DELETE CASCADE,
+    claim_token             TEXT UNIQUE,
+    created_at              TEXT NOT NULL DEFAULT (strftime('%Y-%m-%dT%H:%M:%SZ')),
+    domain_id               TEXT NOT NULL REFERENCES domains (id) ON DELETE CASCADE,
+    slug                    TEXT NOT NULL,
+    destination_url         TEXT NOT NULL,
+    title                   TEXT,
+    description             TEXT,
+    image_url               TEXT,
+    utm_source              TEXT,
+    utm_medium              TEXT,
+    utm_campaign            TEXT,
+    utm_term                TEXT,
+    utm_content             TEXT,
+    ios_redirect_url        TEXT,
+    android_redirect_url    TEXT,
+    -- A JSON list of countries and addresses.
+    region_redirects        TEXT,
+    expire_at               TEXT,
+    expiration_redirect_url TEXT,
+    UNIQUE (domain_id, slug)
+) STRICT;
+
+CREATE INDEX links_of_account ON links (account_id);
+
+CREATE TABLE clicks (
+    sequence INTEGER PRIMARY KEY,
+    link_id  TEXT NOT NULL REFERENCES links (id) ON DELETE CASCADE,
+    at       TEXT NOT NULL DEFAULT (strftime('%Y-%m-%dT%H:%M:%SZ')),
+    country  TEXT,
+    region   TEXT,
+    device   TEXT,
+    referrer TEXT,
+    browser  TEXT,
+    os       TEXT
+) STRICT;
+
+CREATE INDEX clicks_of_link ON clicks (link_id, at);
+
 -- Without a type and bytes until it is uploaded.
 CREATE TABLE images (
     id           TEXT PRIMARY KEY,

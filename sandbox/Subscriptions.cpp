@@ -1,6 +1,8 @@
 #include "sandbox/Subscriptions.hpp"
 
 #include "sandbox/Body.hpp"
+#include "sandbox/CountryCode.hpp"
+#include "sandbox/DateTime.hpp"
 #include "sandbox/Identifiers.hpp"
 #include "sandbox/Packages.hpp"
 #include "sandbox/Pages.hpp"
@@ -109,8 +111,7 @@ std::string priceText(const Package& package) {
 
 Response getPackages(Session&, const Request& request) {
     const std::string country = request.queryText("country_code").value_or("");
-    if (country.size() != 2 ||
-        !std::all_of(country.begin(), country.end(), [](char c) { return c >= 'A' && c <= 'Z'; })) {
+    if (!isCountryCode(country)) {
         throw Problem::badRequest("\"country_code\" must be two capital letters.");
     }
     Json bodies = Json::array();
@@ -235,10 +236,8 @@ Response putSubscription(Session& database, const Request& request, const Accoun
     requireOneOf("plan", plan, {"lite", "pro", "growth"});
     const std::string store = body.optionalText("store").value_or(ownStore);
     requireOneOf("store", store, {"appStore", "macAppStore", ownStore});
-    const std::string date = body.text("expirationDate");
-    const auto expiration = database.first("SELECT strftime('%Y-%m-%dT%H:%M:%SZ', ?)", {date})->optionalText(0);
-    if (!expiration) throw Problem::badRequest("\"expirationDate\" must be a date and time.");
-    setSubscription(database, account.id, store, plan, std::nullopt, *expiration);
+    const std::string date = checkedDateTime(database, "expirationDate", body.text("expirationDate"));
+    setSubscription(database, account.id, store, plan, std::nullopt, date);
     return getSubscription(database, request, account);
 }
 

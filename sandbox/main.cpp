@@ -4,6 +4,7 @@
 #include "sandbox/Development.hpp"
 #include "sandbox/Domains.hpp"
 #include "sandbox/Images.hpp"
+#include "sandbox/Links.hpp"
 #include "sandbox/Options.hpp"
 #include "sandbox/Router.hpp"
 #include "sandbox/Schema.hpp"
@@ -41,6 +42,7 @@ int serve(const sandbox::Options& options) {
 
     sandbox::Router router(database);
     sandbox::addDomainRoutes(router);
+    sandbox::addLinkRoutes(router);
     sandbox::addSubscriptionRoutes(router);
     sandbox::addTagRoutes(router);
     sandbox::addUserRoutes(router);

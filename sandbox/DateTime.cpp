@@ -1,0 +1,17 @@
+#include "sandbox/DateTime.hpp"
+
+#include "sandbox/Problem.hpp"
+
+namespace sandbox {
+
+std::string checkedDateTime(Session& database, const std::string& key, const std::string& text) {
+    // The database also reads dates without times, day numbers and words.
+    constexpr std::size_t shortest = 20;
+    if (text.size() >= shortest && text[10] == 'T') {
+        const auto row = database.first("SELECT strftime('%Y-%m-%dT%H:%M:%SZ', ?)", {text});
+        if (const auto date = row->optionalText(0)) return *date;
+    }
+    throw Problem::badRequest("\"" + key + "\" must be a date and time such as 2026-11-23T09:30:00Z.");
+}
+
+} // namespace sandbox
