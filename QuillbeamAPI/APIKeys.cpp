@@ -116,4 +116,10 @@ APIProtocol::deleteApiKey(Operations::deleteApiKey::Path path, AcceptHeaders hea
     return deleteApiKey(Operations::deleteApiKey::Input(std::move(path), std::move(headers)));
 }
 
+// --- how the accessors of outputs fail
+
+template void detail::failExpecting(std::string_view, const Operations::getApiKeys::Output&);
+template void detail::failExpecting(std::string_view, const Operations::createApiKey::Output&);
+template void detail::failExpecting(std::string_view, const Operations::deleteApiKey::Output&);
+
 } // namespace QuillbeamAPI::inline v1

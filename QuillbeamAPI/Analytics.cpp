@@ -160,4 +160,8 @@ platform::Task<Operations::getLinkAnalytics::Output> APIProtocol::getLinkAnalyti
     return getLinkAnalytics(Operations::getLinkAnalytics::Input(std::move(path), std::move(query), std::move(headers)));
 }
 
+// --- how the accessors of outputs fail
+
+template void detail::failExpecting(std::string_view, const Operations::getLinkAnalytics::Output&);
+
 } // namespace QuillbeamAPI::inline v1

@@ -232,4 +232,12 @@ APIProtocol::deleteDomain(Operations::deleteDomain::Path path, AcceptHeaders hea
     return deleteDomain(Operations::deleteDomain::Input(std::move(path), std::move(headers)));
 }
 
+// --- how the accessors of outputs fail
+
+template void detail::failExpecting(std::string_view, const Operations::getDomains::Output&);
+template void detail::failExpecting(std::string_view, const Operations::createDomain::Output&);
+template void detail::failExpecting(std::string_view, const Operations::getDomain::Output&);
+template void detail::failExpecting(std::string_view, const Operations::updateDomain::Output&);
+template void detail::failExpecting(std::string_view, const Operations::deleteDomain::Output&);
+
 } // namespace QuillbeamAPI::inline v1

@@ -53,4 +53,8 @@ platform::Task<Operations::getSocialCardUploadUrl::Output> APIProtocol::getSocia
     return getSocialCardUploadUrl(Operations::getSocialCardUploadUrl::Input(std::move(headers)));
 }
 
+// --- how the accessors of outputs fail
+
+template void detail::failExpecting(std::string_view, const Operations::getSocialCardUploadUrl::Output&);
+
 } // namespace QuillbeamAPI::inline v1

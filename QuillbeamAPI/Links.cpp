@@ -416,4 +416,15 @@ APIProtocol::claimLegacyLinks(AcceptHeaders headers, JSONBody<Components::Schema
     return claimLegacyLinks(Operations::claimLegacyLinks::Input(std::move(headers), std::move(body)));
 }
 
+// --- how the accessors of outputs fail
+
+template void detail::failExpecting(std::string_view, const Operations::getLinkHistory::Output&);
+template void detail::failExpecting(std::string_view, const Operations::createLink::Output&);
+template void detail::failExpecting(std::string_view, const Operations::createAnonymousLink::Output&);
+template void detail::failExpecting(std::string_view, const Operations::createBulkLinks::Output&);
+template void detail::failExpecting(std::string_view, const Operations::importGoogleLinks::Output&);
+template void detail::failExpecting(std::string_view, const Operations::updateLink::Output&);
+template void detail::failExpecting(std::string_view, const Operations::deleteLink::Output&);
+template void detail::failExpecting(std::string_view, const Operations::claimLegacyLinks::Output&);
+
 } // namespace QuillbeamAPI::inline v1

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "OpenAPIRuntime/Errors/UnexpectedContents.hpp"
 #include "OpenAPIRuntime/Interface/UndocumentedPayload.hpp"
 #include "QuillbeamAPI/JSONBody.hpp"
 #include "platform/DiagnosticText.hpp"
+#include "platform/Export.hpp"
 #include "platform/coding/HashValue.hpp"
 
 #include <concepts>
@@ -184,6 +184,13 @@ struct StatusAccessors<Self, Response<409, Schema>> {
     [[nodiscard]] Conflict conflict() && { return static_cast<Self&&>(*this).template take<Conflict>(); }
 };
 
+/// Fails on behalf of an accessor whose case `output` is not. Instantiated in the operations' source files, since it
+/// takes the copying and describing of whole outputs, which callers seldom need.
+/// @param expectedStatus the name of the accessor, such as "ok"
+/// @throws OpenAPIRuntime::RuntimeError always: the case `unexpectedResponseStatus`
+template <class Output>
+[[noreturn]] QUILLBEAM_EXPORT void failExpecting(std::string_view expectedStatus, const Output& output);
+
 /// Marks every output type, for what is written once for all of them.
 struct OutputTag {};
 
@@ -280,9 +287,7 @@ private:
     template <class Case>
     const Case& expect() const {
         if (const auto* response = getIf<Case>()) return *response;
-        OpenAPIRuntime::throwUnexpectedResponseStatus(
-            detail::statusName<Case::statusCode>, static_cast<const Self&>(*this)
-        );
+        detail::failExpecting(detail::statusName<Case::statusCode>, static_cast<const Self&>(*this));
     }
 
     template <class Case>

@@ -236,4 +236,11 @@ APIProtocol::beginCheckout(AcceptHeaders headers, JSONBody<Components::Schemas::
     return beginCheckout(Operations::beginCheckout::Input(std::move(headers), std::move(body)));
 }
 
+// --- how the accessors of outputs fail
+
+template void detail::failExpecting(std::string_view, const Operations::getSubscriptionPackages::Output&);
+template void detail::failExpecting(std::string_view, const Operations::getSubscription::Output&);
+template void detail::failExpecting(std::string_view, const Operations::getSubscriptionPortal::Output&);
+template void detail::failExpecting(std::string_view, const Operations::beginCheckout::Output&);
+
 } // namespace QuillbeamAPI::inline v1

@@ -111,4 +111,10 @@ APIProtocol::removeTag(Operations::removeTag::Path path, AcceptHeaders headers) 
     return removeTag(Operations::removeTag::Input(std::move(path), std::move(headers)));
 }
 
+// --- how the accessors of outputs fail
+
+template void detail::failExpecting(std::string_view, const Operations::getTags::Output&);
+template void detail::failExpecting(std::string_view, const Operations::updateTag::Output&);
+template void detail::failExpecting(std::string_view, const Operations::removeTag::Output&);
+
 } // namespace QuillbeamAPI::inline v1

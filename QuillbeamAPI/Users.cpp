@@ -116,4 +116,10 @@ platform::Task<Operations::getUserInfo::Output> APIProtocol::getUserInfo(AcceptH
     return getUserInfo(Operations::getUserInfo::Input(std::move(headers)));
 }
 
+// --- how the accessors of outputs fail
+
+template void detail::failExpecting(std::string_view, const Operations::getAccountPortal::Output&);
+template void detail::failExpecting(std::string_view, const Operations::getTierUsage::Output&);
+template void detail::failExpecting(std::string_view, const Operations::getUserInfo::Output&);
+
 } // namespace QuillbeamAPI::inline v1

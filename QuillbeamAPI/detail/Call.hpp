@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OpenAPIRuntime/Conversion/Converter.hpp"
+#include "OpenAPIRuntime/Errors/RuntimeError.hpp"
 #include "OpenAPIRuntime/Interface/HTTPRequestAndBody.hpp"
 #include "OpenAPIRuntime/Interface/UniversalClient.hpp"
 #include "QuillbeamAPI/Responses.hpp"
@@ -130,6 +131,11 @@ platform::Task<Output> deserialize(
     std::optional<OpenAPIRuntime::HTTPBody> body
 ) {
     return deserializeAs(static_cast<const Output*>(nullptr), converter, std::move(response), std::move(body));
+}
+
+template <class Output>
+void failExpecting(std::string_view expectedStatus, const Output& output) {
+    OpenAPIRuntime::throwUnexpectedResponseStatus(expectedStatus, output);
 }
 
 /// A call of an operation. Its functions hold a converter of their own, so that a running call needs no client.
