@@ -9,6 +9,7 @@
 #include "platform/coding/HashValue.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <concepts>
 #include <cstddef>
 #include <functional>
@@ -129,7 +130,8 @@ public:
         : buffer_(other.shareBuffer()) {}
 
     Deque(Deque&& other) noexcept
-        : buffer_(std::exchange(other.buffer_, emptyBuffer())) {}
+        : buffer_(std::exchange(other.buffer_, emptyBuffer()))
+        , own_(std::exchange(other.own_, emptyBuffer())) {}
 
     Deque& operator=(const Deque& other) {
         Deque(other).swap(*this);
@@ -454,17 +456,15 @@ public:
     void removeAll(bool keepingCapacity = false);
 
     void pop_front() {
-        if (isEmpty()) detail::stopOnEmptyDeque();
-        if (!isUnique()) return removeRange(0, 1, false);
-        std::destroy_at(slot(0));
+        if (own_->count == 0) [[unlikely]]
+            return popSlowly(0, false);
         dropFirst();
     }
 
     void pop_back() {
-        if (isEmpty()) detail::stopOnEmptyDeque();
-        if (!isUnique()) return removeRange(count() - 1, count(), true);
-        std::destroy_at(slot(count() - 1));
-        --buffer_->count;
+        if (own_->count == 0) [[unlikely]]
+            return popSlowly(count() - 1, true);
+        dropLast();
     }
 
     /// Removes all elements; keeps the capacity unless the storage is shared.
@@ -486,7 +486,10 @@ public:
 
     /// @}
 
-    void swap(Deque& other) noexcept { std::swap(buffer_, other.buffer_); }
+    void swap(Deque& other) noexcept {
+        std::swap(buffer_, other.buffer_);
+        std::swap(own_, other.own_);
+    }
 
     friend void swap(Deque& left, Deque& right) noexcept { left.swap(right); }
 
@@ -541,13 +544,11 @@ private:
             detail::stopOnRangeOutOfBounds();
     }
 
-    [[nodiscard]] Index offsetOf(const_iterator it) const noexcept {
-        return it.position_ - buffer_->startSlot.position;
-    }
+    [[nodiscard]] Index offsetOf(const_iterator it) const noexcept { return it.offset(); }
 
     template <class Value>
     [[nodiscard]] detail::DequeIterator<Value> iteratorAt(Index at) const noexcept {
-        return {handle().elements, buffer_->startSlot.position + at, buffer_->capacity};
+        return {buffer_, at};
     }
 
     template <class... Arguments>
@@ -557,17 +558,14 @@ private:
 
     // Ownership of the buffer.
 
-    /// Whether no other deque holds the buffer. Acquires: what the last other holder read is read.
-    [[nodiscard]] bool isUniqueAndNotLent() const noexcept {
-        return buffer_->references.load(std::memory_order_acquire) == 1;
-    }
-
     /// Whether the buffer may be written; ends the lending, since a change ends the references handed out.
-    [[nodiscard]] bool isUnique() noexcept {
-        if (isUniqueAndNotLent()) [[likely]]
-            return true;
-        if (buffer_->references.load(std::memory_order_relaxed) != Header::lent) return false;
+    [[nodiscard]] bool isUnique() noexcept { return own_ != emptyBuffer() || reclaim(); }
+
+    /// Looks whether the buffer has come to be this deque's own. Acquires: what the last other holder read is read.
+    [[nodiscard, gnu::noinline]] bool reclaim() noexcept {
+        if (capacity() == 0 || buffer_->references.load(std::memory_order_acquire) > 1) return false;
         buffer_->references.store(1, std::memory_order_relaxed);
+        own_ = buffer_;
         return true;
     }
 
@@ -577,9 +575,13 @@ private:
     }
 
     void lend() {
-        if (buffer_->references.load(std::memory_order_relaxed) == Header::lent || capacity() == 0) return;
-        makeUnique();
+        if (capacity() == 0) return;
+        if (own_ == emptyBuffer()) {
+            if (buffer_->references.load(std::memory_order_relaxed) == Header::lent) return;
+            makeUnique();
+        }
         buffer_->references.store(Header::lent, std::memory_order_relaxed);
+        own_ = emptyBuffer();
     }
 
     [[nodiscard]] Header* shareBuffer() const {
@@ -587,6 +589,9 @@ private:
         if (capacity() == 0) return buffer_;
         if (buffer_->references.load(std::memory_order_relaxed) == Header::lent) return cloneBuffer();
         buffer_->references.fetch_add(1, std::memory_order_relaxed);
+        // Several threads may copy one deque at a time, and then write the same here; who changes it comes later.
+        const std::atomic_ref<Header*> own(own_);
+        if (own.load(std::memory_order_relaxed) != emptyBuffer()) own.store(emptyBuffer(), std::memory_order_relaxed);
         return buffer_;
     }
 
@@ -601,15 +606,26 @@ private:
         detail::freeDequeBuffer(buffer, alignof(Element));
     }
 
+    /// Puts a buffer of this deque's own in the place of the present one.
+    void adopt(Header* buffer) noexcept {
+        release(std::exchange(buffer_, buffer));
+        own_ = buffer;
+    }
+
     // Changes.
 
     /// Whether the elements behind a range move when its size changes, and not those before it.
     [[nodiscard]] bool tailMoves(Index lower, Index upper) const noexcept { return count() - upper <= lower; }
 
-    [[nodiscard]] Index capacityFor(Index added) const {
+    /// What a deque that grows from nothing element by element starts with: room for a few, at the price of one.
+    static constexpr Index firstCapacity =
+        std::max<Index>(1, (512 - static_cast<Index>(detail::elementsOffset<Element>)) / Index{sizeof(Element)});
+
+    [[nodiscard]] Index capacityFor(Index added, Index atFirst = 0) const {
         if (added > PTRDIFF_MAX - count()) throw std::bad_array_new_length();
         const Index needed = count() + added;
-        return needed <= capacity() ? capacity() : detail::grownCapacity(capacity(), needed, false);
+        if (needed <= capacity()) return capacity();
+        return detail::grownCapacity(capacity(), capacity() == 0 ? std::max(needed, atFirst) : needed, false);
     }
 
     /// Puts a new buffer in the place of the old one: the elements but those from `lower` up to `upper`, with a gap of
@@ -619,48 +635,70 @@ private:
     void rebuild(Index capacity, detail::DequeSlot startSlot, Index lower, Index upper, Index gapSize, Fill&& fill);
 
     /// Opens a gap of `size` before the element at `at`, where it is cheapest, and has `fill` construct its elements.
+    /// Where there is no buffer yet it gets `atFirst` slots at least.
     template <class Fill>
-    void insertGap(Index at, Index size, bool tailMoves, Fill&& fill);
+    void insertGap(Index at, Index size, bool tailMoves, Fill&& fill, Index atFirst = 0);
 
     /// Removes an offset range, filling the gap from behind it or, unless `tailMoves`, from before it.
     void removeRange(Index lower, Index upper, bool tailMoves);
 
+    // At the ends one comparison tells whether the fast way is open: `own_` is a buffer that is full and empty at once
+    // where there is nothing that may be written.
+
     template <class... Arguments>
     Element* emplaceLast(Arguments&&... arguments) {
-        if (!isUniqueAndNotLent() || count() == capacity()) [[unlikely]] {
-            emplaceSlowly(count(), true, std::forward<Arguments>(arguments)...);
-            return slot(count() - 1);
-        }
-        Element* const place = handle().elements + buffer_->endSlot().position;
+        Header* const own = own_;
+        if (own->count == own->capacity) [[unlikely]]
+            return emplaceSlowly(count(), true, std::forward<Arguments>(arguments)...);
+        Element* const place = Handle(own).elements + own->endSlot().position;
         construct(place, std::forward<Arguments>(arguments)...);
-        ++buffer_->count;
+        own->count += 1;
         return place;
     }
 
     template <class... Arguments>
     Element* emplaceFirst(Arguments&&... arguments) {
-        if (!isUniqueAndNotLent() || count() == capacity()) [[unlikely]] {
-            emplaceSlowly(0, false, std::forward<Arguments>(arguments)...);
-            return slot(0);
-        }
-        const detail::DequeSlot before = buffer_->slotBefore(buffer_->startSlot);
-        Element* const place = handle().elements + before.position;
+        Header* const own = own_;
+        if (own->count == own->capacity) [[unlikely]]
+            return emplaceSlowly(0, false, std::forward<Arguments>(arguments)...);
+        const detail::DequeSlot before = own->slotBefore(own->startSlot);
+        Element* const place = Handle(own).elements + before.position;
         construct(place, std::forward<Arguments>(arguments)...);
-        buffer_->startSlot = before;
-        ++buffer_->count;
+        own->startSlot = before;
+        own->count += 1;
         return place;
     }
 
     template <class... Arguments>
-    [[gnu::noinline]] void emplaceSlowly(Index at, bool tailMoves, Arguments&&... arguments) {
-        insertGap(at, 1, tailMoves, [&](Gap gap) {
-            construct(gap.first.data(), std::forward<Arguments>(arguments)...);
-        });
+    [[gnu::noinline]] Element* emplaceSlowly(Index at, bool tailMoves, Arguments&&... arguments) {
+        insertGap(
+            at,
+            1,
+            tailMoves,
+            [&](Gap gap) { construct(gap.first.data(), std::forward<Arguments>(arguments)...); },
+            firstCapacity
+        );
+        return slot(at);
     }
 
+    /// Removes the element at an end, of a buffer of the deque's own that has one.
     void dropFirst() noexcept {
-        buffer_->startSlot = buffer_->slotAfter(buffer_->startSlot);
-        --buffer_->count;
+        Header* const own = own_;
+        std::destroy_at(Handle(own).elements + own->startSlot.position);
+        own->startSlot = own->slotAfter(own->startSlot);
+        own->count -= 1;
+    }
+
+    void dropLast() noexcept {
+        Header* const own = own_;
+        if constexpr (!std::is_trivially_destructible_v<Element>)
+            std::destroy_at(Handle(own).elements + own->slotForOffset(own->count - 1).position);
+        own->count -= 1;
+    }
+
+    [[gnu::noinline]] void popSlowly(Index at, bool tailMoves) {
+        if (isEmpty()) detail::stopOnEmptyDeque();
+        removeRange(at, at + 1, tailMoves);
     }
 
     /// Takes the element at `at` out of the deque, as an `Element` or an optional one.
@@ -692,6 +730,11 @@ private:
     }
 
     Header* buffer_ = emptyBuffer();
+
+    /// `buffer_` while this deque is known to be its only holder and has lent nothing of it, else the empty buffer.
+    /// Copying the deque, which may go on in several threads at a time, puts the empty one here; only a change reads
+    /// it.
+    mutable Header* own_ = emptyBuffer();
 };
 
 template <std::input_iterator First, std::sentinel_for<First> Last>
@@ -863,9 +906,16 @@ Deque<Element> Deque<Element>::withUninitializedCapacity(Index capacity, Initial
     if (capacity < 0) detail::stopOnInvalidCount();
     Deque result;
     if (capacity == 0) return result;
-    result.buffer_ = FreshBuffer(capacity, {}).release(0);
-    std::invoke(std::forward<Initialize>(initialize), result.handle().elements, result.buffer_->count);
-    if (result.count() < 0 || result.count() > capacity) detail::stopOnInvalidCount();
+    result.adopt(FreshBuffer(capacity, {}).release(0));
+    Index initialized = 0;
+    try {
+        std::invoke(std::forward<Initialize>(initialize), result.handle().elements, initialized);
+    } catch (...) {
+        result.buffer_->count = initialized;
+        throw;
+    }
+    if (initialized < 0 || initialized > capacity) detail::stopOnInvalidCount();
+    result.buffer_->count = initialized;
     return result;
 }
 
@@ -924,13 +974,13 @@ void Deque<Element>::rebuild(
     } else {
         transferAll(std::false_type{});
     }
-    release(std::exchange(buffer_, fresh.release(newCount)));
+    adopt(fresh.release(newCount));
 }
 
 template <class Element>
 template <class Fill>
-void Deque<Element>::insertGap(Index at, Index size, bool tailMoves, Fill&& fill) {
-    const Index newCapacity = capacityFor(size);
+void Deque<Element>::insertGap(Index at, Index size, bool tailMoves, Fill&& fill, Index atFirst) {
+    const Index newCapacity = capacityFor(size, atFirst);
     const bool fits = newCapacity == capacity();
     const bool movesNone = at == (tailMoves ? count() : 0);
     if (fits && isUnique() && (shiftsInPlace || movesNone)) {
@@ -977,10 +1027,8 @@ Result Deque<Element>::takeOut(Index at, bool tailMoves) {
         return Result(std::move_if_noexcept(element));
     }();
     if (isOwn && tailMoves && at == count() - 1) {
-        std::destroy_at(slot(at));
-        --buffer_->count;
+        dropLast();
     } else if (isOwn && !tailMoves && at == 0) {
-        std::destroy_at(slot(0));
         dropFirst();
     } else {
         removeRange(at, at + 1, tailMoves);
@@ -991,13 +1039,13 @@ Result Deque<Element>::takeOut(Index at, bool tailMoves) {
 template <class Element>
 void Deque<Element>::removeAll(bool keepingCapacity) {
     if (!keepingCapacity || capacity() == 0) {
-        release(std::exchange(buffer_, emptyBuffer()));
+        adopt(emptyBuffer());
     } else if (isUnique()) {
         handle().destroy(0, count());
         buffer_->count = 0;
         buffer_->startSlot = {};
     } else {
-        release(std::exchange(buffer_, FreshBuffer(capacity(), {}).release(0)));
+        adopt(FreshBuffer(capacity(), {}).release(0));
     }
 }
 
@@ -1010,7 +1058,7 @@ void Deque<Element>::constructRun(Source& source, std::span<Element> run) {
         try {
             while (done < run.size()) {
                 const auto step = std::min(run.size() - done, static_cast<std::size_t>(source.runLength()));
-                std::uninitialized_copy_n(source.current_, step, run.data() + done);
+                std::uninitialized_copy_n(std::to_address(source), step, run.data() + done);
                 source += static_cast<Index>(step);
                 done += step;
             }

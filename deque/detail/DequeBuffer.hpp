@@ -9,9 +9,29 @@
 
 namespace deque::inline v1::detail {
 
+/// A number in the header of a buffer. It is of a type of its own, so that a compiler knows that storing an element
+/// leaves it as it is: a loop over a deque of integers keeps it in a register.
+class DequeNumber {
+public:
+    constexpr DequeNumber() noexcept = default;
+
+    constexpr DequeNumber(std::ptrdiff_t value) noexcept
+        : value_(static_cast<Value>(value)) {}
+
+    constexpr operator std::ptrdiff_t() const noexcept { return static_cast<std::ptrdiff_t>(value_); }
+
+    constexpr DequeNumber& operator+=(std::ptrdiff_t added) noexcept { return *this = *this + added; }
+
+    constexpr DequeNumber& operator-=(std::ptrdiff_t removed) noexcept { return *this = *this - removed; }
+
+private:
+    enum class Value : std::ptrdiff_t {};
+    Value value_{};
+};
+
 /// A raw index into the slots of a buffer.
 struct DequeSlot {
-    std::ptrdiff_t position = 0;
+    DequeNumber position{};
 
     [[nodiscard]] constexpr bool operator==(const DequeSlot&) const noexcept = default;
 };
@@ -23,9 +43,9 @@ struct DequeSlot {
 struct DequeBufferHeader {
     /// How many deques hold the buffer, or `lent`.
     std::atomic<std::ptrdiff_t> references{1};
-    std::ptrdiff_t capacity = 0;
-    std::ptrdiff_t count = 0;
-    DequeSlot startSlot;
+    DequeNumber capacity{};
+    DequeNumber count{};
+    DequeSlot startSlot{};
 
     /// In `references`: one deque holds the buffer and has handed out references that may be written through. Such a
     /// buffer is not shared: a copy of the deque copies the elements, or it would change with the original.
@@ -74,6 +94,12 @@ grownCapacity(std::ptrdiff_t capacity, std::ptrdiff_t minimum, bool linearly) no
 template <class Element>
 inline constexpr std::size_t elementsOffset =
     (sizeof(DequeBufferHeader) + alignof(Element) - 1) / alignof(Element) * alignof(Element);
+
+/// The slots of a buffer.
+template <class Element>
+[[nodiscard]] Element* slotsOf(DequeBufferHeader* buffer) noexcept {
+    return reinterpret_cast<Element*>(reinterpret_cast<std::byte*>(buffer) + elementsOffset<Element>);
+}
 
 /// A buffer without elements, held once.
 /// @throws std::bad_alloc also where no object can be that large

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "deque/detail/DequeBuffer.hpp"
+
+#include <algorithm>
 #include <compare>
 #include <cstddef>
 #include <iterator>
@@ -14,8 +17,8 @@ namespace detail {
 
 /// A random-access iterator over a ring of slots; `Element` is const for the read-only one.
 ///
-/// `position_` counts slots from slot 0 on without wrapping, so that it orders the elements; `current_` is where that
-/// position lies. An end position that meets the end of the slots lies, wrapped, at slot 0 and is not read.
+/// It goes through one contiguous run of slots at a time: a step is that of a pointer and one comparison, and only at
+/// the end of a run it looks into the buffer. Behind the last element `current_` is null.
 template <class Element>
 class DequeIterator {
 public:
@@ -33,79 +36,69 @@ public:
         requires(std::is_const_v<Element> && std::is_same_v<const Other, Element> && !std::is_const_v<Other>)
     constexpr DequeIterator(const DequeIterator<Other>& other) noexcept
         : current_(other.current_)
-        , position_(other.position_)
-        , capacity_(other.capacity_) {}
+        , runEnd_(other.runEnd_)
+        , header_(other.header_) {}
 
     [[nodiscard]] constexpr reference operator*() const noexcept { return *current_; }
 
     [[nodiscard]] constexpr pointer operator->() const noexcept { return current_; }
 
-    [[nodiscard]] constexpr reference operator[](difference_type distance) const noexcept {
-        return *(*this + distance);
-    }
+    [[nodiscard]] reference operator[](difference_type distance) const noexcept { return *(*this + distance); }
 
-    constexpr DequeIterator& operator++() noexcept {
-        ++current_;
-        // Rare, and to be branched over: a conditional move would put the wrap into the chain from element to element.
-        if (++position_ == capacity_) [[unlikely]]
-            current_ -= capacity_;
+    DequeIterator& operator++() noexcept {
+        if (++current_ == runEnd_) [[unlikely]]
+            enterNextRun();
         return *this;
     }
 
-    constexpr DequeIterator operator++(int) noexcept {
+    DequeIterator operator++(int) noexcept {
         DequeIterator before = *this;
         ++*this;
         return before;
     }
 
-    constexpr DequeIterator& operator--() noexcept {
-        if (position_-- == capacity_) current_ += capacity_;
+    DequeIterator& operator--() noexcept {
+        if (current_ == nullptr || current_ == slots()) [[unlikely]]
+            return *this = DequeIterator(header_, offset() - 1);
         --current_;
         return *this;
     }
 
-    constexpr DequeIterator operator--(int) noexcept {
+    DequeIterator operator--(int) noexcept {
         DequeIterator before = *this;
         --*this;
         return before;
     }
 
-    constexpr DequeIterator& operator+=(difference_type distance) noexcept {
-        const difference_type target = position_ + distance;
-        difference_type step = distance;
-        if (position_ < capacity_ && target >= capacity_) step -= capacity_;
-        if (position_ >= capacity_ && target < capacity_) step += capacity_;
-        current_ += step;
-        position_ = target;
-        return *this;
+    DequeIterator& operator+=(difference_type distance) noexcept {
+        return *this = DequeIterator(header_, offset() + distance);
     }
 
-    constexpr DequeIterator& operator-=(difference_type distance) noexcept { return *this += -distance; }
+    DequeIterator& operator-=(difference_type distance) noexcept { return *this += -distance; }
 
-    [[nodiscard]] friend constexpr DequeIterator operator+(DequeIterator it, difference_type distance) noexcept {
+    [[nodiscard]] friend DequeIterator operator+(DequeIterator it, difference_type distance) noexcept {
         return it += distance;
     }
 
-    [[nodiscard]] friend constexpr DequeIterator operator+(difference_type distance, DequeIterator it) noexcept {
+    [[nodiscard]] friend DequeIterator operator+(difference_type distance, DequeIterator it) noexcept {
         return it += distance;
     }
 
-    [[nodiscard]] friend constexpr DequeIterator operator-(DequeIterator it, difference_type distance) noexcept {
+    [[nodiscard]] friend DequeIterator operator-(DequeIterator it, difference_type distance) noexcept {
         return it -= distance;
     }
 
-    [[nodiscard]] friend constexpr difference_type
-    operator-(const DequeIterator& left, const DequeIterator& right) noexcept {
-        return left.position_ - right.position_;
+    [[nodiscard]] friend difference_type operator-(const DequeIterator& left, const DequeIterator& right) noexcept {
+        return left.offset() - right.offset();
     }
 
     [[nodiscard]] friend constexpr bool operator==(const DequeIterator& left, const DequeIterator& right) noexcept {
-        return left.position_ == right.position_;
+        return left.current_ == right.current_;
     }
 
-    [[nodiscard]] friend constexpr std::strong_ordering
+    [[nodiscard]] friend std::strong_ordering
     operator<=>(const DequeIterator& left, const DequeIterator& right) noexcept {
-        return left.position_ <=> right.position_;
+        return left.offset() <=> right.offset();
     }
 
 private:
@@ -114,19 +107,44 @@ private:
     template <class Other>
     friend class v1::Deque;
 
-    constexpr DequeIterator(Element* elements, difference_type position, difference_type capacity) noexcept
-        : current_(elements + (position < capacity ? position : position - capacity))
-        , position_(position)
-        , capacity_(capacity) {}
+    /// At the element `offset` of a buffer, or behind the last one.
+    DequeIterator(DequeBufferHeader* header, difference_type offset) noexcept
+        : header_(header) {
+        if (offset == header->count) return;
+        const difference_type position = header->startSlot.position + offset;
+        const difference_type end = header->startSlot.position + header->count;
+        if (position < header->capacity) {
+            current_ = slots() + position;
+            runEnd_ = slots() + std::min<difference_type>(end, header->capacity);
+        } else {
+            current_ = slots() + (position - header->capacity);
+            runEnd_ = slots() + (end - header->capacity);
+        }
+    }
 
-    /// How many slots follow without a wrap, this one included.
-    [[nodiscard]] constexpr difference_type runLength() const noexcept {
-        return position_ < capacity_ ? capacity_ - position_ : 2 * capacity_ - position_;
+    [[nodiscard]] Element* slots() const noexcept { return slotsOf<value_type>(header_); }
+
+    /// How many elements stand before it.
+    [[nodiscard]] difference_type offset() const noexcept {
+        if (current_ == nullptr) return header_->count;
+        const difference_type distance = current_ - slots() - header_->startSlot.position;
+        return distance >= 0 ? distance : distance + header_->capacity;
+    }
+
+    /// How many elements follow without a wrap, this one included.
+    [[nodiscard]] difference_type runLength() const noexcept { return runEnd_ - current_; }
+
+    /// From the end of a run to the second run, if that was the first of two, or behind the last element.
+    void enterNextRun() noexcept {
+        const difference_type wrapped = header_->startSlot.position + header_->count - header_->capacity;
+        const bool hasNext = wrapped > 0 && runEnd_ == slots() + header_->capacity;
+        current_ = hasNext ? slots() : nullptr;
+        runEnd_ = hasNext ? slots() + wrapped : nullptr;
     }
 
     Element* current_ = nullptr;
-    difference_type position_ = 0;
-    difference_type capacity_ = 0;
+    Element* runEnd_ = nullptr;
+    DequeBufferHeader* header_ = const_cast<DequeBufferHeader*>(&emptyDequeStorage); // never written through
 };
 
 } // namespace detail

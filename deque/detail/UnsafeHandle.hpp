@@ -22,7 +22,7 @@ struct UnsafeHandle {
 
     explicit UnsafeHandle(DequeBufferHeader* buffer) noexcept
         : header(buffer)
-        , elements(reinterpret_cast<Element*>(reinterpret_cast<std::byte*>(buffer) + elementsOffset<Element>)) {}
+        , elements(slotsOf<Element>(buffer)) {}
 
     /// The slots of `size` offsets from `offset` on, whatever is in them.
     [[nodiscard]] WrappedBuffer<Element> slots(std::ptrdiff_t offset, std::ptrdiff_t size) const noexcept {
@@ -74,26 +74,43 @@ private:
     // toward the start with the first.
 
     void moveTowardEnd(std::ptrdiff_t lower, std::ptrdiff_t upper, std::ptrdiff_t distance) const noexcept {
-        std::ptrdiff_t left = upper - lower;
-        if (left == 0) return;
-        // One past the last slot of either side, from 1 to capacity.
-        DequeSlot from = header->slotAfter(header->slotForOffset(upper - 1));
-        DequeSlot to = header->advanced(from, distance);
-        while (left > 0) {
-            if (from.position == 0) from.position = header->capacity;
-            if (to.position == 0) to.position = header->capacity;
-            const std::ptrdiff_t run = std::min({left, from.position, to.position});
-            from.position -= run;
-            to.position -= run;
-            left -= run;
-            relocate(elements + from.position, elements + to.position, run);
+        const std::ptrdiff_t size = upper - lower;
+        if (size == 0) return;
+        const std::ptrdiff_t from = header->slotForOffset(lower).position;
+        if (from + size + distance <= header->capacity) {
+            relocate(elements + from, elements + from + distance, size);
+        } else {
+            moveTowardEndInRuns(header->slotForOffset(upper - 1), distance, size);
         }
     }
 
     void moveTowardStart(std::ptrdiff_t lower, std::ptrdiff_t upper, std::ptrdiff_t distance) const noexcept {
-        std::ptrdiff_t left = upper - lower;
-        if (left == 0) return;
-        DequeSlot from = header->slotForOffset(lower);
+        const std::ptrdiff_t size = upper - lower;
+        if (size == 0) return;
+        const std::ptrdiff_t from = header->slotForOffset(lower).position;
+        if (from >= distance && from + size <= header->capacity) {
+            relocate(elements + from, elements + from - distance, size);
+        } else {
+            moveTowardStartInRuns({from}, distance, size);
+        }
+    }
+
+    void moveTowardEndInRuns(DequeSlot last, std::ptrdiff_t distance, std::ptrdiff_t left) const noexcept {
+        // One past the last slot of either side, from 1 to capacity.
+        std::ptrdiff_t from = last.position + 1;
+        std::ptrdiff_t to = header->advanced(last, distance).position + 1;
+        while (left > 0) {
+            const std::ptrdiff_t run = std::min({left, from, to});
+            from -= run;
+            to -= run;
+            left -= run;
+            relocate(elements + from, elements + to, run);
+            if (from == 0) from = header->capacity;
+            if (to == 0) to = header->capacity;
+        }
+    }
+
+    void moveTowardStartInRuns(DequeSlot from, std::ptrdiff_t distance, std::ptrdiff_t left) const noexcept {
         DequeSlot to = header->receded(from, distance);
         while (left > 0) {
             const std::ptrdiff_t run =

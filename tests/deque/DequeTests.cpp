@@ -24,7 +24,7 @@ using ::testing::HasSubstr;
 static_assert(std::ranges::random_access_range<Deque<int>> && std::ranges::sized_range<const Deque<int>>);
 static_assert(std::random_access_iterator<Deque<std::string>::const_iterator>);
 static_assert(std::is_nothrow_move_constructible_v<Deque<int>> && std::is_nothrow_default_constructible_v<Deque<int>>);
-static_assert(sizeof(Deque<int>) == sizeof(void*));
+static_assert(sizeof(Deque<int>) == 2 * sizeof(void*));
 static_assert(std::same_as<decltype(Deque(std::vector<int>{})), Deque<int>>);
 constinit Deque<int> atNamespaceScope;
 
