@@ -219,6 +219,7 @@ public:
     }
 
     /// Lets `change(Element&)` write to the element at `at`; the reference ends with the call. Returns what it returns.
+    /// `change` must not copy the deque: the copy would share the element that is being written.
     template <std::invocable<Element&> Change>
     decltype(auto) modify(Index at, Change&& change) {
         checkIndex(at);
@@ -268,7 +269,8 @@ public:
         return callIfContiguous<const Element>(*this, std::forward<Body>(body));
     }
 
-    /// The same with a `std::span<Element>` to write through, which ends with the call.
+    /// The same with a `std::span<Element>` to write through, which ends with the call. `body` must not copy the deque:
+    /// the copy would share the elements that are being written.
     template <std::invocable<std::span<Element>> Body>
     auto withContiguousMutableStorageIfAvailable(Body&& body) {
         makeUnique();
@@ -292,15 +294,9 @@ public:
 
     [[nodiscard]] const_iterator cend() const noexcept { return end(); }
 
-    [[nodiscard]] iterator begin() {
-        lend();
-        return iteratorAt<Element>(0);
-    }
+    [[nodiscard]] iterator begin() { return writingIteratorAt(0); }
 
-    [[nodiscard]] iterator end() {
-        lend();
-        return iteratorAt<Element>(count());
-    }
+    [[nodiscard]] iterator end() { return writingIteratorAt(count()); }
 
     [[nodiscard]] const_reverse_iterator rbegin() const noexcept { return const_reverse_iterator(end()); }
 
@@ -380,7 +376,7 @@ public:
     iterator emplace(const_iterator before, Arguments&&... arguments) {
         const Index at = offsetOf(before);
         insert(Element(std::forward<Arguments>(arguments)...), at);
-        return begin() + at;
+        return writingIteratorAt(at);
     }
 
     iterator insert(const_iterator before, Element element) { return emplace(before, std::move(element)); }
@@ -390,7 +386,7 @@ public:
     iterator insert(const_iterator before, First first, Last last) {
         const Index at = offsetOf(before);
         insertContentsOf(std::ranges::subrange(std::move(first), std::move(last)), at);
-        return begin() + at;
+        return writingIteratorAt(at);
     }
 
     /// Replaces all elements by those of a range.
@@ -476,12 +472,16 @@ public:
         }
     }
 
-    iterator erase(const_iterator at) { return erase(at, at + 1); }
+    iterator erase(const_iterator at) {
+        const Index lower = offsetOf(at);
+        removeSubrange(lower, lower + 1);
+        return writingIteratorAt(lower);
+    }
 
     iterator erase(const_iterator first, const_iterator last) {
         const Index lower = offsetOf(first);
         removeSubrange(lower, offsetOf(last));
-        return begin() + lower;
+        return writingIteratorAt(lower);
     }
 
     /// @}
@@ -551,6 +551,11 @@ private:
         return {buffer_, at};
     }
 
+    [[nodiscard]] iterator writingIteratorAt(Index at) {
+        lend();
+        return iteratorAt<Element>(at);
+    }
+
     template <class... Arguments>
     static void construct(Element* place, Arguments&&... arguments) {
         ::new (static_cast<void*>(place)) Element(std::forward<Arguments>(arguments)...);
@@ -559,11 +564,10 @@ private:
     // Ownership of the buffer.
 
     /// Whether the buffer may be written; ends the lending, since a change ends the references handed out.
-    [[nodiscard]] bool isUnique() noexcept { return own_ != emptyBuffer() || reclaim(); }
-
-    /// Looks whether the buffer has come to be this deque's own. Acquires: what the last other holder read is read.
-    [[nodiscard, gnu::noinline]] bool reclaim() noexcept {
-        if (capacity() == 0 || buffer_->references.load(std::memory_order_acquire) > 1) return false;
+    [[nodiscard]] bool isUnique() noexcept {
+        if (own_ != emptyBuffer()) return true;
+        // Acquires: what the last other holder read is read.
+        if (buffer_->references.load(std::memory_order_acquire) > 1) return false;
         buffer_->references.store(1, std::memory_order_relaxed);
         own_ = buffer_;
         return true;
@@ -621,11 +625,10 @@ private:
     static constexpr Index firstCapacity =
         std::max<Index>(1, (512 - static_cast<Index>(detail::elementsOffset<Element>)) / Index{sizeof(Element)});
 
-    [[nodiscard]] Index capacityFor(Index added, Index atFirst = 0) const {
+    [[nodiscard]] Index capacityFor(Index added) const {
         if (added > PTRDIFF_MAX - count()) throw std::bad_array_new_length();
         const Index needed = count() + added;
-        if (needed <= capacity()) return capacity();
-        return detail::grownCapacity(capacity(), capacity() == 0 ? std::max(needed, atFirst) : needed, false);
+        return needed <= capacity() ? capacity() : detail::grownCapacity(capacity(), needed, false);
     }
 
     /// Puts a new buffer in the place of the old one: the elements but those from `lower` up to `upper`, with a gap of
@@ -635,9 +638,8 @@ private:
     void rebuild(Index capacity, detail::DequeSlot startSlot, Index lower, Index upper, Index gapSize, Fill&& fill);
 
     /// Opens a gap of `size` before the element at `at`, where it is cheapest, and has `fill` construct its elements.
-    /// Where there is no buffer yet it gets `atFirst` slots at least.
     template <class Fill>
-    void insertGap(Index at, Index size, bool tailMoves, Fill&& fill, Index atFirst = 0);
+    void insertGap(Index at, Index size, bool tailMoves, Fill&& fill);
 
     /// Removes an offset range, filling the gap from behind it or, unless `tailMoves`, from before it.
     void removeRange(Index lower, Index upper, bool tailMoves);
@@ -671,13 +673,14 @@ private:
 
     template <class... Arguments>
     [[gnu::noinline]] Element* emplaceSlowly(Index at, bool tailMoves, Arguments&&... arguments) {
-        insertGap(
-            at,
-            1,
-            tailMoves,
-            [&](Gap gap) { construct(gap.first.data(), std::forward<Arguments>(arguments)...); },
-            firstCapacity
-        );
+        const auto fill = [&](Gap gap) { construct(gap.first.data(), std::forward<Arguments>(arguments)...); };
+        if (capacity() == 0) {
+            FreshBuffer fresh(firstCapacity, {tailMoves ? 0 : firstCapacity - 1});
+            fresh.fill(0, 1, fill);
+            adopt(fresh.release(1));
+        } else {
+            insertGap(at, 1, tailMoves, fill);
+        }
         return slot(at);
     }
 
@@ -870,6 +873,8 @@ public:
         }
     }
 
+    [[nodiscard]] Handle handle() const noexcept { return Handle(header_); }
+
     [[nodiscard]] Header* release(Index count) noexcept {
         header_->count = count;
         return std::exchange(header_, nullptr);
@@ -962,25 +967,29 @@ void Deque<Element>::rebuild(
 ) {
     const Index newCount = count() - (upper - lower) + gapSize;
     FreshBuffer fresh(capacity, startSlot);
-    fresh.fill(lower, gapSize, std::forward<Fill>(fill));
+    if (gapSize > 0) fresh.fill(lower, gapSize, std::forward<Fill>(fill));
+    if constexpr (shiftsInPlace) {
+        if (isUnique()) {
+            handle().destroy(lower, upper);
+            handle().relocateTo(fresh.handle(), 0, lower, 0);
+            handle().relocateTo(fresh.handle(), upper, count(), lower + gapSize);
+            buffer_->count = 0;
+            return adopt(fresh.release(newCount));
+        }
+    }
     const auto transferAll = [&]<bool moves>(std::bool_constant<moves>) {
         fresh.template transfer<moves>(handle(), 0, lower, 0, 1);
         fresh.template transfer<moves>(handle(), upper, count(), lower + gapSize, 2);
     };
-    if constexpr (!std::copy_constructible<Element>) {
-        transferAll(std::true_type{});
-    } else if (shiftsInPlace && isUnique()) {
-        transferAll(std::bool_constant<shiftsInPlace>{});
-    } else {
-        transferAll(std::false_type{});
-    }
+    // Copied where that is possible: what throws on the way then leaves the old elements as they are.
+    transferAll(std::bool_constant<!std::copy_constructible<Element>>{});
     adopt(fresh.release(newCount));
 }
 
 template <class Element>
 template <class Fill>
-void Deque<Element>::insertGap(Index at, Index size, bool tailMoves, Fill&& fill, Index atFirst) {
-    const Index newCapacity = capacityFor(size, atFirst);
+void Deque<Element>::insertGap(Index at, Index size, bool tailMoves, Fill&& fill) {
+    const Index newCapacity = capacityFor(size);
     const bool fits = newCapacity == capacity();
     const bool movesNone = at == (tailMoves ? count() : 0);
     if (fits && isUnique() && (shiftsInPlace || movesNone)) {

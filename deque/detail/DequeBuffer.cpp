@@ -25,12 +25,12 @@ bool isOverAligned(std::size_t elementAlignment) noexcept {
 DequeBufferHeader* allocateDequeBuffer(
     std::ptrdiff_t capacity, std::size_t elementSize, std::size_t elementsStart, std::size_t elementAlignment
 ) {
-    const auto slots = static_cast<std::size_t>(capacity);
-    if (slots > (static_cast<std::size_t>(PTRDIFF_MAX) - elementsStart) / elementSize)
+    std::ptrdiff_t bytes = 0; // no object is larger than that counts
+    if (__builtin_mul_overflow(capacity, elementSize, &bytes) || __builtin_add_overflow(bytes, elementsStart, &bytes))
         throw std::bad_array_new_length();
-    const std::size_t bytes = elementsStart + slots * elementSize;
+    const auto size = static_cast<std::size_t>(bytes);
     void* const memory =
-        isOverAligned(elementAlignment) ? ::operator new(bytes, alignmentFor(elementAlignment)) : ::operator new(bytes);
+        isOverAligned(elementAlignment) ? ::operator new(size, alignmentFor(elementAlignment)) : ::operator new(size);
     return ::new (memory) DequeBufferHeader(1, capacity);
 }
 

@@ -73,12 +73,28 @@ struct DequeBufferHeader {
         return advanced(startSlot, offset);
     }
 
-    [[nodiscard]] constexpr DequeSlot slotAfter(DequeSlot slot) const noexcept { return advanced(slot, 1); }
+    // At the ends a wrap is rare and to be branched over: a conditional move would put it into the chain from one
+    // operation to the next.
 
-    [[nodiscard]] constexpr DequeSlot slotBefore(DequeSlot slot) const noexcept { return receded(slot, 1); }
+    [[nodiscard]] constexpr DequeSlot slotAfter(DequeSlot slot) const noexcept {
+        const std::ptrdiff_t position = slot.position + 1;
+        if (position == capacity) [[unlikely]]
+            return {0};
+        return {position};
+    }
+
+    [[nodiscard]] constexpr DequeSlot slotBefore(DequeSlot slot) const noexcept {
+        if (slot.position == 0) [[unlikely]]
+            return {capacity - 1};
+        return {slot.position - 1};
+    }
 
     /// Where the next element goes; equal to `startSlot` where the buffer is full.
-    [[nodiscard]] constexpr DequeSlot endSlot() const noexcept { return slotForOffset(count); }
+    [[nodiscard]] constexpr DequeSlot endSlot() const noexcept {
+        const std::ptrdiff_t position = startSlot.position + count;
+        if (__builtin_expect_with_probability(position >= capacity, 0, 0.999)) return {position - capacity};
+        return {position};
+    }
 };
 
 /// Stands for every deque without capacity. It is never written, and no deque counts as its only holder.

@@ -71,6 +71,10 @@ public:
     }
 
     DequeIterator& operator+=(difference_type distance) noexcept {
+        if (static_cast<std::size_t>(distance) < static_cast<std::size_t>(runEnd_ - current_)) {
+            current_ += distance;
+            return *this;
+        }
         return *this = DequeIterator(header_, offset() + distance);
     }
 

@@ -43,9 +43,24 @@ struct UnsafeHandle {
         }
     }
 
+    /// Moves the elements of an offset range to free slots of another buffer, from `offset` on. Here the slots are free
+    /// then.
+    void
+    relocateTo(UnsafeHandle target, std::ptrdiff_t lower, std::ptrdiff_t upper, std::ptrdiff_t offset) const noexcept {
+        while (lower < upper) {
+            const std::ptrdiff_t from = header->slotForOffset(lower).position;
+            const std::ptrdiff_t to = target.header->slotForOffset(offset).position;
+            const std::ptrdiff_t run = std::min({upper - lower, header->capacity - from, target.header->capacity - to});
+            relocate(elements + from, target.elements + to, run);
+            lower += run;
+            offset += run;
+        }
+    }
+
     /// Makes `size` free slots before the element at `offset` and counts them as elements; the room is there. Either
     /// the elements behind them move toward the end, or those before them toward the start.
-    WrappedBuffer<Element> openGap(std::ptrdiff_t size, std::ptrdiff_t offset, bool tailMoves) const noexcept {
+    [[gnu::always_inline]] WrappedBuffer<Element>
+    openGap(std::ptrdiff_t size, std::ptrdiff_t offset, bool tailMoves) const noexcept {
         if (tailMoves) {
             moveTowardEnd(offset, header->count, size);
         } else {
@@ -57,7 +72,7 @@ struct UnsafeHandle {
     }
 
     /// Takes the free slots of an offset range out of the count, filling them from the side that `tailMoves` names.
-    void closeGap(std::ptrdiff_t lower, std::ptrdiff_t upper, bool tailMoves) const noexcept {
+    [[gnu::always_inline]] void closeGap(std::ptrdiff_t lower, std::ptrdiff_t upper, bool tailMoves) const noexcept {
         const std::ptrdiff_t size = upper - lower;
         if (tailMoves) {
             moveTowardStart(upper, header->count, size);
@@ -73,7 +88,8 @@ private:
     // run overwrites a slot that a later one reads, since a move toward the end starts with the last run, and one
     // toward the start with the first.
 
-    void moveTowardEnd(std::ptrdiff_t lower, std::ptrdiff_t upper, std::ptrdiff_t distance) const noexcept {
+    [[gnu::always_inline]] void
+    moveTowardEnd(std::ptrdiff_t lower, std::ptrdiff_t upper, std::ptrdiff_t distance) const noexcept {
         const std::ptrdiff_t size = upper - lower;
         if (size == 0) return;
         const std::ptrdiff_t from = header->slotForOffset(lower).position;
@@ -84,7 +100,8 @@ private:
         }
     }
 
-    void moveTowardStart(std::ptrdiff_t lower, std::ptrdiff_t upper, std::ptrdiff_t distance) const noexcept {
+    [[gnu::always_inline]] void
+    moveTowardStart(std::ptrdiff_t lower, std::ptrdiff_t upper, std::ptrdiff_t distance) const noexcept {
         const std::ptrdiff_t size = upper - lower;
         if (size == 0) return;
         const std::ptrdiff_t from = header->slotForOffset(lower).position;
@@ -95,7 +112,8 @@ private:
         }
     }
 
-    void moveTowardEndInRuns(DequeSlot last, std::ptrdiff_t distance, std::ptrdiff_t left) const noexcept {
+    [[gnu::noinline]] void
+    moveTowardEndInRuns(DequeSlot last, std::ptrdiff_t distance, std::ptrdiff_t left) const noexcept {
         // One past the last slot of either side, from 1 to capacity.
         std::ptrdiff_t from = last.position + 1;
         std::ptrdiff_t to = header->advanced(last, distance).position + 1;
@@ -110,7 +128,8 @@ private:
         }
     }
 
-    void moveTowardStartInRuns(DequeSlot from, std::ptrdiff_t distance, std::ptrdiff_t left) const noexcept {
+    [[gnu::noinline]] void
+    moveTowardStartInRuns(DequeSlot from, std::ptrdiff_t distance, std::ptrdiff_t left) const noexcept {
         DequeSlot to = header->receded(from, distance);
         while (left > 0) {
             const std::ptrdiff_t run =

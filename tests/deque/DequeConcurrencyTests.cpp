@@ -4,6 +4,7 @@
 
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -27,6 +28,31 @@ TEST(DequeConcurrency, CopiesGoTheirWayInTheirThreads) {
         shared.removeAll(true); // the last to let go writes what others have read
         for (auto& thread : threads)
             thread.join();
+    }
+}
+
+// Copying takes from a deque the knowledge that its elements are its own, and is nevertheless a reading access.
+TEST(DequeConcurrency, OneDequeIsCopiedAndReadByManyThreads) {
+    for (int round = 0; round < 50; ++round) {
+        deque::Deque<int> original{0, 1, 2};
+        original.append(3);
+        std::vector<std::thread> threads;
+        for (int thread = 0; thread < 4; ++thread) {
+            threads.emplace_back([&constant = std::as_const(original), thread] {
+                deque::Deque<int> copy = constant;
+                EXPECT_EQ(constant[1], 1);
+                copy.pop_front();
+                copy.append(thread);
+                EXPECT_EQ(copy, (deque::Deque<int>{1, 2, 3, thread}));
+            });
+        }
+        for (auto& thread : threads)
+            thread.join();
+        const auto kept = original;
+        original.append(4);
+        original.pop_front();
+        EXPECT_EQ(kept, (deque::Deque<int>{0, 1, 2, 3}));
+        EXPECT_EQ(original, (deque::Deque<int>{1, 2, 3, 4}));
     }
 }
 

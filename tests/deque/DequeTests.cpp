@@ -102,6 +102,35 @@ TEST(DequeLayout, FollowsEachOperation) {
     }
 }
 
+TEST(DequeIterator, GoesFromAnyElementToAnyOtherInEveryLayout) {
+    for (std::ptrdiff_t capacity = 1; capacity <= 5; ++capacity) {
+        for (std::ptrdiff_t start = 0; start < capacity; ++start) {
+            for (std::ptrdiff_t count = 0; count <= capacity; ++count) {
+                const auto elements =
+                    Deque<int>::withLayout(capacity, start, std::views::iota(0, static_cast<int>(count)));
+                SCOPED_TRACE(layout(elements));
+                for (std::ptrdiff_t from = 0; from <= count; ++from) {
+                    const auto left = elements.begin() + from;
+                    EXPECT_TRUE(from == count ? left == elements.end() : *left == from);
+                    for (std::ptrdiff_t to = 0; to <= count; ++to) {
+                        const auto right = elements.end() - (count - to);
+                        EXPECT_EQ(right - left, to - from);
+                        EXPECT_EQ(left <=> right, from <=> to);
+                        EXPECT_EQ(left == right, from == to);
+                        EXPECT_EQ(left + (to - from), right);
+                        auto step = left;
+                        while (step - elements.begin() < to)
+                            ++step;
+                        while (step - elements.begin() > to)
+                            --step;
+                        EXPECT_EQ(step, right);
+                    }
+                }
+            }
+        }
+    }
+}
+
 TEST(Deque, IsConstructedFromWhatHoldsElements) {
     std::istringstream stream("1 2 3");
     const std::list<int> list{1, 2, 3};
