@@ -1,5 +1,7 @@
 #include "sandbox/APIKeys.hpp"
+#include "sandbox/Analytics.hpp"
 #include "sandbox/Authentication.hpp"
+#include "sandbox/Clicks.hpp"
 #include "sandbox/Database.hpp"
 #include "sandbox/Development.hpp"
 #include "sandbox/Domains.hpp"
@@ -43,6 +45,8 @@ int serve(const sandbox::Options& options) {
     sandbox::Router router(database);
     sandbox::addDomainRoutes(router);
     sandbox::addLinkRoutes(router);
+    sandbox::addClickRoutes(router);
+    sandbox::addAnalyticsRoutes(router);
     sandbox::addSubscriptionRoutes(router);
     sandbox::addTagRoutes(router);
     sandbox::addUserRoutes(router);
