@@ -34,7 +34,7 @@ private:
     const std::string value_;
 };
 
-/// Remembers the method and path of the latest request.
+/// Counts the requests, and remembers the method and path of the latest.
 class Trace final : public ClientMiddleware {
 public:
     Task<HTTPResponseAndBody> intercept(
@@ -42,6 +42,7 @@ public:
     ) override {
         {
             const std::lock_guard lock(mutex_);
+            ++count_;
             latest_ = request.method().description() + " " + request.path().value_or("");
         }
         return next(std::move(request), std::move(body), std::move(baseURL));
@@ -52,9 +53,15 @@ public:
         return latest_;
     }
 
+    int count() const {
+        const std::lock_guard lock(mutex_);
+        return count_;
+    }
+
 private:
     mutable std::mutex mutex_;
     std::string latest_;
+    int count_ = 0;
 };
 
 } // namespace examples

@@ -4,39 +4,32 @@
 //
 // Ends with status 0 if everything was as expected.
 
-#include "OpenAPIRuntime/Middlewares/BearerToken.hpp"
-#include "OpenAPIURLSession/URLSessionTransport.hpp"
-#include "examples/tour/Domains.hpp"
+#include "examples/tour/Chapters.hpp"
 #include "platform/concurrency/SyncWait.hpp"
 
 #include <exception>
 #include <iostream>
+#include <stdexcept>
+#include <string>
 
 namespace {
 
-// A port that is reserved (RFC 6335, section 6): nobody listens there.
-constexpr const char* addressOfNobody = "http://127.0.0.1:1";
+// Those of every chapter.
+constexpr std::size_t operationsWalked = 16;
 
 bool walk(const char* address, const char* key) {
-    using OpenAPIURLSession::URLSessionTransport;
-    using QuillbeamAPI::Client;
-
     const auto server = platform::URL::make(address);
     if (!server) throw std::invalid_argument(std::string("not an address: ") + address);
-    const URLSessionTransport::Configuration configuration{platform::URLSession()};
-    auto transport = std::make_shared<URLSessionTransport>(configuration);
-    auto trace = std::make_shared<examples::Trace>();
-    auto authentication = std::make_shared<OpenAPIRuntime::BearerToken>(key);
-    auto guide = std::make_shared<examples::Guide>(examples::Guide{
-        Client(*server, transport, {authentication, trace}),
-        Client(*server, transport, {trace}),
-        Client(*server, transport, {authentication, std::make_shared<examples::WishedStatus>(418), trace}),
-        Client(*platform::URL::make(addressOfNobody), transport, {trace}),
-        trace,
-    });
+    auto guide = std::make_shared<examples::Guide>(*server, key);
     std::cout << "A tour of the service at " << address << '\n';
-    platform::syncWait(examples::walkDomains(guide));
-    return guide->report.finish();
+    platform::syncWait(examples::meetTheAccount(guide));
+    platform::syncWait(examples::addADomain(guide));
+    platform::syncWait(examples::uploadASocialCard(guide));
+    platform::syncWait(examples::replaceAKey(guide));
+    platform::syncWait(examples::changeThePlan(guide));
+    platform::syncWait(examples::removeTheDomain(guide));
+    platform::syncWait(examples::meetFailures(guide));
+    return guide->report.finish(operationsWalked);
 }
 
 } // namespace
