@@ -213,13 +213,14 @@ void addBuiltInDomain(Session& database) {
     );
 }
 
-std::string requireReadyDomain(Session& database, const std::string& account, const std::string& name) {
+std::string requireReadyDomain(Session& database, const std::string& account, const std::string& domain) {
     const auto row = database.first(
-        "SELECT id, status FROM domains WHERE name = lower(?) AND (account_id = ? OR account_id IS NULL)",
-        {name, account}
+        "SELECT id, status FROM domains WHERE (id = ?1 OR name = lower(?1)) AND (account_id = ?2 OR account_id IS "
+        "NULL)",
+        {domain, account}
     );
-    if (!row) throw Problem::notFound("There is no domain named \"" + name + "\".");
-    if (row->text(1) != "ACTIVE") throw Problem::badRequest("The domain " + name + " is not active.");
+    if (!row) throw Problem::notFound("There is no domain \"" + domain + "\".");
+    if (row->text(1) != "ACTIVE") throw Problem::badRequest("The domain " + domain + " is not active.");
     return row->text(0);
 }
 
