@@ -85,9 +85,7 @@ void historyRow() {
     const auto expected = samples::history(1000);
     const std::string answer = byHand::text(expected);
     auto client = clientOver(std::make_shared<InMemoryTransport>(HTTPResponse::Status::ok, answer));
-    const auto call = [&] {
-        return platform::syncWait(client.getLinkHistory()).ok().body.json();
-    };
+    const auto call = [&] { return platform::syncWait(client.getLinkHistory()).ok().body.json(); };
     require(call() == expected && byHand::history(answer) == expected);
     row("client: history of 1,000 links", call, [&] { return byHand::history(answer); });
 }
