@@ -53,6 +53,8 @@ concept MeasurableRange = std::ranges::sized_range<Range> || std::ranges::forwar
 ///
 /// Appending, prepending and removing at either end take amortised constant time and move no other element. Inserting
 /// and removing elsewhere moves the elements of the shorter side. A position is an offset from the first element.
+/// A full buffer gives way to one half as large again; a deque that grows from nothing element by element starts with
+/// 512 bytes.
 ///
 /// **Copies.** A copy shares the elements in constant time; the first change to either one gives it elements of its
 /// own. Reading through a const deque copies nothing. What lets the caller write (`begin()`, `operator[]`, `front()`
@@ -334,6 +336,12 @@ public:
     /// Puts `element` before the one at `at`, or at the end.
     void insert(Element element, Index at) {
         checkPosition(at);
+        if constexpr (shiftsInPlace) {
+            if (isUnique() && count() < capacity()) {
+                construct(handle().openSlot(at, tailMoves(at, at)), std::move(element));
+                return;
+            }
+        }
         insertGap(at, 1, tailMoves(at, at), [&element](Gap gap) {
             construct(gap.first.data(), std::move_if_noexcept(element));
         });
@@ -474,7 +482,8 @@ public:
 
     iterator erase(const_iterator at) {
         const Index lower = offsetOf(at);
-        removeSubrange(lower, lower + 1);
+        checkRange(lower, lower + 1);
+        removeRange(lower, lower + 1, tailMoves(lower, lower + 1));
         return writingIteratorAt(lower);
     }
 
@@ -578,13 +587,14 @@ private:
         if (!isUnique() && capacity() != 0) rebuild(capacity(), buffer_->startSlot, count(), count(), 0, [](Gap) {});
     }
 
+    /// Lets references into the buffer be written through: it is the deque's own then, and is not shared until a
+    /// change.
     void lend() {
-        if (capacity() == 0) return;
         if (own_ == emptyBuffer()) {
-            if (buffer_->references.load(std::memory_order_relaxed) == Header::lent) return;
+            if (capacity() == 0 || buffer_->references.load(std::memory_order_relaxed) == Header::lent) return;
             makeUnique();
         }
-        buffer_->references.store(Header::lent, std::memory_order_relaxed);
+        own_->references.store(Header::lent, std::memory_order_relaxed);
         own_ = emptyBuffer();
     }
 

@@ -103,7 +103,7 @@ extern QUILLBEAM_EXPORT const DequeBufferHeader emptyDequeStorage;
 /// The larger of `minimum` and, unless `linearly`, one and a half times `capacity`, rounded up.
 [[nodiscard]] constexpr std::ptrdiff_t
 grownCapacity(std::ptrdiff_t capacity, std::ptrdiff_t minimum, bool linearly) noexcept {
-    return std::max(minimum, linearly ? capacity : capacity + capacity / 2 + capacity % 2);
+    return std::max(minimum, linearly ? capacity : capacity + (capacity >> 1) + (capacity & 1));
 }
 
 /// Where the slots begin, in bytes from the header.

@@ -71,6 +71,18 @@ struct UnsafeHandle {
         return slots(offset, size);
     }
 
+    /// A gap of one.
+    [[nodiscard, gnu::always_inline]] Element* openSlot(std::ptrdiff_t offset, bool tailMoves) const noexcept {
+        if (tailMoves) {
+            moveTowardEnd(offset, header->count, 1);
+        } else {
+            moveTowardStart(0, offset, 1);
+            header->startSlot = header->slotBefore(header->startSlot);
+        }
+        header->count += 1;
+        return elements + header->slotForOffset(offset).position;
+    }
+
     /// Takes the free slots of an offset range out of the count, filling them from the side that `tailMoves` names.
     [[gnu::always_inline]] void closeGap(std::ptrdiff_t lower, std::ptrdiff_t upper, bool tailMoves) const noexcept {
         const std::ptrdiff_t size = upper - lower;
