@@ -1121,7 +1121,7 @@ void Deque<Element>::withElementsOf(Range&& elements, Body&& body) {
             const Deque held(elements);
             body(held.begin(), held.count());
         } else {
-            Deque taken(std::move(elements));
+            Deque taken(std::forward<Range>(elements));
             if constexpr (std::copy_constructible<Element>) {
                 if (std::is_trivially_copyable_v<Element> || !taken.isUnique())
                     return body(std::as_const(taken).begin(), taken.count());

@@ -15,6 +15,7 @@ TEST(DequeConcurrency, CopiesGoTheirWayInTheirThreads) {
         for (int i = 0; i < 20; ++i)
             shared.append("element number " + std::to_string(i));
         std::vector<std::thread> threads;
+        threads.reserve(4);
         for (int thread = 0; thread < 4; ++thread) {
             threads.emplace_back([copy = shared, thread]() mutable {
                 for (int i = 0; i < 20; ++i) {
@@ -37,6 +38,7 @@ TEST(DequeConcurrency, OneDequeIsCopiedAndReadByManyThreads) {
         deque::Deque<int> original{0, 1, 2};
         original.append(3);
         std::vector<std::thread> threads;
+        threads.reserve(4);
         for (int thread = 0; thread < 4; ++thread) {
             threads.emplace_back([&constant = std::as_const(original), thread] {
                 deque::Deque<int> copy = constant;

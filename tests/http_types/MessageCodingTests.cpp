@@ -78,7 +78,7 @@ TEST(MessageCoding, DecodesStrictly) {
         std::string result;
     };
 
-    const auto field = [](std::string name, std::string value, std::string more = "") {
+    const auto field = [](const std::string& name, const std::string& value, const std::string& more = "") {
         return R"({"name":")" + name + R"(","value":")" + value + '"' + more + '}';
     };
     const auto name = afterDecoding<Name>;
