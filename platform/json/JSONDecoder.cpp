@@ -314,10 +314,10 @@ public:
         return std::make_unique<ValueDecoder>(source_, index, frameFor(key));
     }
 
-    bool locate(std::string_view key, std::uint32_t& index) noexcept {
+    bool locate(std::string_view key, std::uint32_t& index) {
         const std::uint32_t end = node(object_).extent;
         // Wire order equal to the order of lookups costs one comparison a member.
-        if (hasUniqueKeys_ && next_ != end && source_.document.isKey(next_, key)) {
+        if (hasUniqueKeys_ && next_ != end && source_.document.raw(node(next_)) == key) {
             index = next_ + 1;
             next_ = source_.document.behind(index);
             return true;
@@ -336,20 +336,13 @@ public:
             index = source_.document.firstMember(object_, key);
             return index != JSONDocument::none;
         }
-        const std::uint32_t end = node(object_).extent;
-        for (std::uint32_t at = next_; at != end; at = source_.document.behind(at + 1)) {
-            if (source_.document.isKey(at, key)) {
-                index = at + 1;
-                return true;
-            }
-        }
-        for (std::uint32_t at = object_ + 1; at != next_; at = source_.document.behind(at + 1)) {
-            if (source_.document.isKey(at, key)) {
-                index = at + 1;
-                return true;
-            }
-        }
-        return false;
+        const std::uint32_t hash = detail::jsonKeyHash(key);
+        if ((keys_ & detail::jsonKeyBit(hash)) == 0) return false;
+        std::uint64_t seen = 0;
+        const bool isFound = findBetween(next_, node(object_).extent, key, hash, index, seen) ||
+                             findBetween(object_ + 1, next_, key, hash, index, seen);
+        if (!isFound) keys_ = seen;
+        return isFound;
     }
 
     [[nodiscard]] PathFrame frameFor(std::string_view key) const noexcept { return PathFrame::member(frame_, key); }
@@ -372,10 +365,31 @@ private:
         return index;
     }
 
+    bool findBetween(
+        std::uint32_t at,
+        std::uint32_t end,
+        std::string_view key,
+        std::uint32_t hash,
+        std::uint32_t& index,
+        std::uint64_t& seen
+    ) const noexcept {
+        for (; at != end; at = source_.document.behind(at + 1)) {
+            const JSONNode& candidate = node(at);
+            if (candidate.count == hash && source_.document.raw(candidate) == key) {
+                index = at + 1;
+                return true;
+            }
+            seen |= detail::jsonKeyBit(candidate.count);
+        }
+        return false;
+    }
+
     std::uint32_t object_;
     std::uint32_t next_;                               ///< the key where the next lookup starts
     mutable std::uint32_t given_ = JSONDocument::none; ///< the key that `nextKey` told last
-    bool hasUniqueKeys_;
+    /// The bits of the keys' hashes, once a search has seen them all; records have many members that may be missing.
+    mutable std::uint64_t keys_ = ~std::uint64_t{0};
+    bool hasUniqueKeys_; ///< and all of them without escapes
 };
 
 class ArrayReader final : public Readers<ArrayReader, UnkeyedReader, Here> {

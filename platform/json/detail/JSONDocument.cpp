@@ -291,17 +291,14 @@ private:
         Open& open = open_[depth_ - 1];
         JSONNode& object = document_.nodes_[open.node];
         if (object.count > JSONDocument::indexedFrom || (object.flags & JSONNode::mayRepeatKeys) != 0) return;
-        const JSONNode& key = document_.nodes_[node];
+        JSONNode& key = document_.nodes_[node];
         if ((key.flags & JSONNode::hasEscapes) != 0) {
             object.flags |= JSONNode::mayRepeatKeys;
             return;
         }
         const std::string_view text = document_.raw(key);
-        const auto byte = [&text](std::size_t i) { return static_cast<unsigned>(static_cast<unsigned char>(text[i])); };
-        const unsigned hash = text.empty() ? 0
-                                           : byte(0) * 5 + byte(text.size() - 1) * 11 + byte(text.size() / 2) * 23 +
-                                                 static_cast<unsigned>(text.size()) * 3;
-        const std::uint64_t bit = std::uint64_t{1} << (hash % 64);
+        key.count = jsonKeyHash(text);
+        const std::uint64_t bit = jsonKeyBit(key.count);
         if ((open.keysSeen & bit) != 0) {
             for (std::uint32_t at = open.node + 1; at != node; at = document_.behind(at + 1)) {
                 if (document_.raw(document_.nodes_[at]) == text) {

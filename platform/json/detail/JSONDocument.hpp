@@ -23,12 +23,26 @@ struct JSONNode {
 
     std::uint32_t offset; ///< of the first byte in the text; of a string, behind its quote
     std::uint32_t extent; ///< of a container, the index of the node behind it; of others, the length in bytes
-    std::uint32_t count;  ///< of a container, how many elements or members
+    std::uint32_t count;  ///< of a container, how many elements or members; of a key, its hash
     JSONKind kind;
     std::uint8_t flags;
 };
 
 static_assert(sizeof(JSONNode) == 16);
+
+/// What tells most keys of one object apart at the price of a comparison of numbers. Reads three bytes, as keys are
+/// short and mostly differ there or in their lengths.
+[[nodiscard]] inline std::uint32_t jsonKeyHash(std::string_view key) noexcept {
+    if (key.empty()) return 0;
+    const auto byte = [key](std::size_t i) { return static_cast<std::uint32_t>(static_cast<unsigned char>(key[i])); };
+    return byte(0) * 5 + byte(key.size() - 1) * 11 + byte(key.size() / 2) * 23 +
+           static_cast<std::uint32_t>(key.size()) * 3;
+}
+
+/// The bit of a hash in a set of 64 of them: what is not in it is not in the object.
+[[nodiscard]] inline std::uint64_t jsonKeyBit(std::uint32_t hash) noexcept {
+    return std::uint64_t{1} << (hash % 64);
+}
 
 /// A parsed text: checked as a whole (RFC 8259, UTF-8 included), its numbers and strings still as they stand there.
 class JSONDocument {
