@@ -136,7 +136,7 @@ struct QUILLBEAM_EXPORT CreateLinkDTO {
     std::optional<std::vector<RegionRedirect>> regionRedirects{};
     std::optional<platform::Date> expireAt{};
     std::string destinationUrl{};
-    std::string domain{};              ///< the domain's id
+    std::string domain{};              ///< the domain's host name
     std::optional<std::string> slug{}; ///< made by the service where absent
     std::optional<std::string> utmSource{};
     std::optional<std::string> utmMedium{};

@@ -60,7 +60,7 @@ Task<void> makeLink(Client client, CreateLinkDTO link, Batch* batch) {
 Task<void> makeLinks(Client client, Batch* batch) {
     auto domains = co_await client.getDomains();
     CreateLinkDTO link;
-    link.domain = domains.ok().body.json().domains.at(0).id;
+    link.domain = domains.ok().body.json().domains.at(0).name;
     std::vector<Task<void>> tasks;
     for (std::size_t i = 1; i <= batch->count; ++i) {
         link.destinationUrl = "https://www.example.com/page/" + std::to_string(i);

@@ -27,7 +27,7 @@ int main(int count, char** arguments) {
         const auto domains = platform::syncWait(client.getDomains());
         QuillbeamAPI::Components::Schemas::CreateLinkDTO link;
         link.destinationUrl = arguments[3];
-        link.domain = domains.ok().body.json().domains.at(0).id;
+        link.domain = domains.ok().body.json().domains.at(0).name;
         const auto output = platform::syncWait(client.createLink(link));
         std::cout << output.created().body.json().shortUrl << '\n';
     } catch (const std::exception& error) { // also where the service refuses the URL: the text then tells why

@@ -2,6 +2,7 @@
 
 #include "OpenAPIURLSession/URLSessionTransport.hpp"
 #include "platform/bytes/ByteChunk.hpp"
+#include "platform/url/URLComponents.hpp"
 
 #include <stdexcept>
 
@@ -17,6 +18,7 @@ using OpenAPIRuntime::HTTPResponseAndBody;
 using OpenAPIURLSession::URLSessionTransport;
 using platform::Task;
 using platform::URL;
+using platform::URLComponents;
 
 constexpr std::size_t longestContent = 1 << 20;
 
@@ -44,10 +46,13 @@ Browser::Browser() {
 
 Task<Page>
 Browser::visit(HTTPRequest::Method method, std::string address, HTTPFields fields, std::optional<HTTPBody> body) const {
-    const auto url = URL::make(address);
-    if (!url) throw std::invalid_argument("not an address: " + address);
-    HTTPRequest request(method, std::nullopt, std::nullopt, std::nullopt, std::move(fields));
-    return load(transport_, std::move(request), std::move(body), *url);
+    auto components = URLComponents::make(address);
+    if (!components) throw std::invalid_argument("not an address: " + address);
+    std::string path = components->percentEncodedPath();
+    if (const auto& query = components->percentEncodedQuery()) path += "?" + *query;
+    components->setPercentEncodedPath("");
+    HTTPRequest request(method, std::nullopt, std::nullopt, path, std::move(fields));
+    return load(transport_, std::move(request), std::move(body), components->url().value());
 }
 
 } // namespace examples

@@ -12,8 +12,13 @@ namespace examples {
 Task<void> meetTheAccount(std::shared_ptr<Guide> guide);
 Task<void> addADomain(std::shared_ptr<Guide> guide);
 Task<void> uploadASocialCard(std::shared_ptr<Guide> guide);
-Task<void> changeThePlan(std::shared_ptr<Guide> guide);
+Task<void> makeLinks(std::shared_ptr<Guide> guide);
+Task<void> followTheLink(std::shared_ptr<Guide> guide);
+Task<void> readTheAnalytics(std::shared_ptr<Guide> guide);
+Task<void> sortByTags(std::shared_ptr<Guide> guide);
 Task<void> replaceAKey(std::shared_ptr<Guide> guide);
+Task<void> changeThePlan(std::shared_ptr<Guide> guide);
+Task<void> removeTheLinks(std::shared_ptr<Guide> guide);
 Task<void> removeTheDomain(std::shared_ptr<Guide> guide);
 Task<void> meetFailures(std::shared_ptr<Guide> guide);
 

@@ -104,9 +104,8 @@ Task<void> addADomain(std::shared_ptr<Guide> guide) {
 
 Task<void> removeTheDomain(std::shared_ptr<Guide> guide) {
     Report& report = guide->report;
-    report.chapter("Leaving things as they were");
 
-    report.step("Delete it, and list what is left");
+    report.step("Delete the domain, and list what is left");
     auto deleted = co_await guide->client.deleteDomain(Operations::deleteDomain::Path(guide->story.domain.id));
     guide->show(Operations::deleteDomain::id, deleted, 200);
     auto remaining = co_await guide->client.getDomains();

@@ -61,8 +61,8 @@ void Report::failedCall(std::string_view operation, std::string_view request) {
     line(operation, request, "no answer");
 }
 
-void Report::visit(std::string_view request, int status, int expectedStatus) {
-    ++visits_;
+void Report::visit(std::string_view request, int status, int expectedStatus, int times) {
+    visits_ += times;
     line("(browser)", request, std::to_string(status));
     expect(status == expectedStatus, "expected status " + std::to_string(expectedStatus));
 }
@@ -79,7 +79,8 @@ void Report::bars(std::string_view title, const std::vector<std::pair<std::strin
     }
     for (const auto& [name, count] : counts) {
         std::cout << "        " << std::left << std::setw(nameWidth - 2) << shortened(name, nameWidth - 2) << ' '
-                  << std::right << std::setw(4) << count << ' ' << bar(count / most * barCells) << '\n';
+                  << std::right << std::setw(4) << count << (count > 0 ? " " : "") << bar(count / most * barCells)
+                  << '\n';
     }
 }
 

@@ -28,8 +28,8 @@ public:
     /// One call without an answer, which is what was expected of it.
     void failedCall(std::string_view operation, std::string_view request);
 
-    /// One request that is no operation: what a browser sends.
-    void visit(std::string_view request, int status, int expectedStatus);
+    /// A request that is no operation: what a browser sends.
+    void visit(std::string_view request, int status, int expectedStatus, int times = 1);
 
     /// One line of a result below its call.
     void detail(std::string_view name, std::string_view value);

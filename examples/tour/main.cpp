@@ -1,4 +1,4 @@
-// Calls every operation that the sandbox serves and tells what came back:
+// Walks through all operations of the service as a story, and tells what came back:
 //
 //     tour ADDRESS KEY
 //
@@ -14,22 +14,30 @@
 
 namespace {
 
-// Those of every chapter.
-constexpr std::size_t operationsWalked = 16;
+constexpr std::size_t operationsOfTheService = 28;
 
 bool walk(const char* address, const char* key) {
     const auto server = platform::URL::make(address);
     if (!server) throw std::invalid_argument(std::string("not an address: ") + address);
     auto guide = std::make_shared<examples::Guide>(*server, key);
     std::cout << "A tour of the service at " << address << '\n';
-    platform::syncWait(examples::meetTheAccount(guide));
-    platform::syncWait(examples::addADomain(guide));
-    platform::syncWait(examples::uploadASocialCard(guide));
-    platform::syncWait(examples::replaceAKey(guide));
-    platform::syncWait(examples::changeThePlan(guide));
-    platform::syncWait(examples::removeTheDomain(guide));
-    platform::syncWait(examples::meetFailures(guide));
-    return guide->report.finish(operationsWalked);
+    for (const auto chapter : {
+             examples::meetTheAccount,
+             examples::addADomain,
+             examples::uploadASocialCard,
+             examples::makeLinks,
+             examples::followTheLink,
+             examples::readTheAnalytics,
+             examples::sortByTags,
+             examples::replaceAKey,
+             examples::changeThePlan,
+             examples::removeTheLinks,
+             examples::removeTheDomain,
+             examples::meetFailures,
+         }) {
+        platform::syncWait(chapter(guide));
+    }
+    return guide->report.finish(operationsOfTheService);
 }
 
 } // namespace
