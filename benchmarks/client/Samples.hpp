@@ -12,7 +12,7 @@ namespace samples {
 namespace Schemas = QuillbeamAPI::Components::Schemas;
 
 /// @param number tells links apart
-/// @param domain the id of a domain
+/// @param domain the name of a domain
 [[nodiscard]] Schemas::CreateLinkDTO newLink(std::size_t number, std::string domain);
 
 [[nodiscard]] Schemas::LinkHistoryDTO history(std::size_t links);

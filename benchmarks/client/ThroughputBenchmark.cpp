@@ -175,7 +175,7 @@ int main() {
     Connection setUp(sandbox.key());
     setUp.send("PUT", sandbox.address() + "/sandbox/limits", R"({"linkLimit": 1000000})", 200);
     const auto domains = nlohmann::json::parse(setUp.send("GET", sandbox.address() + "/domains", "", 200));
-    const auto domain = domains["domains"][0]["id"].get<std::string>();
+    const auto domain = domains["domains"][0]["name"].get<std::string>();
 
     ByClient client(sandbox, domain);
     ByHand hand(sandbox, domain);
