@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <memory>
+#include <unordered_map>
 
 namespace sandbox {
 
@@ -14,16 +15,18 @@ constexpr int busyTimeoutMilliseconds = 5000;
     throw DatabaseError(sqlite3_errmsg(connection));
 }
 
-struct Finalizer {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+// Ends a statement's run and lets go of its arguments; the statement stays prepared.
+struct Resetter {
+    void operator()(sqlite3_stmt* statement) const {
+        sqlite3_reset(statement);
+        sqlite3_clear_bindings(statement);
+    }
 };
 
-using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
+using Statement = std::unique_ptr<sqlite3_stmt, Resetter>;
 
-Statement prepare(sqlite3* connection, const char* sql, std::initializer_list<Value> arguments) {
-    sqlite3_stmt* raw = nullptr;
-    if (sqlite3_prepare_v2(connection, sql, -1, &raw, nullptr) != SQLITE_OK) fail(connection);
-    Statement statement(raw);
+void bind(sqlite3* connection, const Statement& statement, std::initializer_list<Value> arguments) {
+    sqlite3_stmt* const raw = statement.get();
     int index = 0;
     for (const Value& argument : arguments) {
         ++index;
@@ -43,7 +46,6 @@ Statement prepare(sqlite3* connection, const char* sql, std::initializer_list<Va
         }
         if (status != SQLITE_OK) fail(connection);
     }
-    return statement;
 }
 
 bool step(sqlite3* connection, const Statement& statement) {
@@ -88,6 +90,40 @@ Row currentRow(const Statement& statement) {
 
 } // namespace
 
+// Preparing costs several times what most statements take to run, and the program has a fixed set of them.
+class StatementCache {
+public:
+    explicit StatementCache(sqlite3* connection)
+        : connection_(connection) {}
+
+    // A statement is in use once at a time: its rows are read before the next one is asked for.
+    Statement take(const char* sql, std::initializer_list<Value> arguments) {
+        Prepared& prepared = statements_[sql];
+        if (!prepared) {
+            sqlite3_stmt* raw = nullptr;
+            if (sqlite3_prepare_v3(connection_, sql, -1, SQLITE_PREPARE_PERSISTENT, &raw, nullptr) != SQLITE_OK) {
+                fail(connection_);
+            }
+            prepared.reset(raw);
+        }
+        Statement statement(prepared.get());
+        bind(connection_, statement, arguments);
+        return statement;
+    }
+
+    sqlite3* connection() const { return connection_; }
+
+private:
+    struct Finalizer {
+        void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+    };
+
+    using Prepared = std::unique_ptr<sqlite3_stmt, Finalizer>;
+
+    sqlite3* connection_;
+    std::unordered_map<std::string, Prepared> statements_;
+};
+
 Value valueOf(const std::optional<std::string>& text) {
     if (!text) return nullptr;
     return *text;
@@ -125,42 +161,43 @@ std::optional<std::string> Row::optionalText(std::size_t column) const {
 }
 
 std::vector<Row> Session::rows(const char* sql, std::initializer_list<Value> arguments) {
-    const Statement statement = prepare(connection_, sql, arguments);
+    const Statement statement = statements_->take(sql, arguments);
     std::vector<Row> result;
-    while (step(connection_, statement)) {
+    while (step(statements_->connection(), statement)) {
         result.push_back(currentRow(statement));
     }
     return result;
 }
 
 std::optional<Row> Session::first(const char* sql, std::initializer_list<Value> arguments) {
-    const Statement statement = prepare(connection_, sql, arguments);
-    if (!step(connection_, statement)) return std::nullopt;
+    const Statement statement = statements_->take(sql, arguments);
+    if (!step(statements_->connection(), statement)) return std::nullopt;
     return currentRow(statement);
 }
 
 std::int64_t Session::execute(const char* sql, std::initializer_list<Value> arguments) {
-    const Statement statement = prepare(connection_, sql, arguments);
-    while (step(connection_, statement)) {
+    const Statement statement = statements_->take(sql, arguments);
+    while (step(statements_->connection(), statement)) {
     }
-    return sqlite3_changes64(connection_);
+    return sqlite3_changes64(statements_->connection());
 }
 
 void Session::script(const char* sql) {
-    if (sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) fail(connection_);
+    sqlite3* const connection = statements_->connection();
+    if (sqlite3_exec(connection, sql, nullptr, nullptr, nullptr) != SQLITE_OK) fail(connection);
 }
 
-Database::Transaction::Transaction(sqlite3* connection)
-    : session(connection) {
-    session.script("BEGIN IMMEDIATE");
+Database::Transaction::Transaction(StatementCache& statements)
+    : session(statements) {
+    session.execute("BEGIN IMMEDIATE");
 }
 
 Database::Transaction::~Transaction() {
-    if (open) sqlite3_exec(session.connection_, "ROLLBACK", nullptr, nullptr, nullptr);
+    if (open) sqlite3_exec(session.statements_->connection(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 void Database::Transaction::commit() {
-    session.script("COMMIT");
+    session.execute("COMMIT");
     open = false;
 }
 
@@ -172,11 +209,13 @@ Database::Database(const std::string& path) {
         throw DatabaseError(connection_ ? sqlite3_errmsg(connection_) : "out of memory");
     }
     sqlite3_busy_timeout(connection_, busyTimeoutMilliseconds);
-    Session(connection_).script("PRAGMA foreign_keys = ON; PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
+    statements_ = std::make_unique<StatementCache>(connection_);
+    Session(*statements_).script("PRAGMA foreign_keys = ON; PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
     closeOnFailure.release();
 }
 
 Database::~Database() {
+    statements_.reset();
     sqlite3_close(connection_);
 }
 

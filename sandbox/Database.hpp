@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
@@ -11,7 +12,6 @@
 #include <vector>
 
 struct sqlite3;
-struct sqlite3_stmt;
 
 namespace sandbox {
 
@@ -50,8 +50,10 @@ private:
 };
 
 class Database;
+class StatementCache;
 
-/// What runs inside one transaction. Statements take their arguments in the order of their question marks.
+/// What runs inside one transaction. Statements take their arguments in the order of their question marks, and stay
+/// prepared for the next time: the set of their texts is a fixed one.
 class Session {
 public:
     std::vector<Row> rows(const char* sql, std::initializer_list<Value> arguments = {});
@@ -66,10 +68,10 @@ public:
 private:
     friend class Database;
 
-    explicit Session(sqlite3* connection)
-        : connection_(connection) {}
+    explicit Session(StatementCache& statements)
+        : statements_(&statements) {}
 
-    sqlite3* connection_;
+    StatementCache* statements_;
 };
 
 /// One connection under a mutex: a transaction at a time, which is what a stand-in needs to be right under parallel
@@ -87,7 +89,7 @@ public:
     template <class Work>
     auto transaction(Work&& work) {
         const std::lock_guard lock(mutex_);
-        Transaction transaction(connection_);
+        Transaction transaction(*statements_);
         auto result = std::forward<Work>(work)(transaction.session);
         transaction.commit();
         return result;
@@ -95,7 +97,7 @@ public:
 
 private:
     struct Transaction {
-        explicit Transaction(sqlite3* connection);
+        explicit Transaction(StatementCache& statements);
         ~Transaction();
         Transaction(const Transaction&) = delete;
         Transaction& operator=(const Transaction&) = delete;
@@ -107,6 +109,7 @@ private:
 
     std::mutex mutex_;
     sqlite3* connection_ = nullptr;
+    std::unique_ptr<StatementCache> statements_;
 };
 
 } // namespace sandbox
