@@ -5,6 +5,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <concepts>
+#include <cstdint>
+#include <iterator>
 #include <locale.h>
 #include <stdlib.h>
 
@@ -41,8 +44,37 @@ Decimal shortestDecimal(Number number) {
     return decimal;
 }
 
+/// Appends a number that has at most six decimals and is not whole; false for others. Decimal numbers of up to 15
+/// digits are all different as doubles, so the one that reads back as the number is the shortest.
+bool appendFewDecimals(std::string& output, double number) {
+    constexpr double scale = 1e6;
+    const double scaled = std::round(std::fabs(number) * scale);
+    if (!(scaled >= 1e3 && scaled < 1e15) || scaled / scale != std::fabs(number)) return false;
+    auto digits = static_cast<std::uint64_t>(scaled);
+    std::size_t decimals = 6;
+    for (; decimals > 0 && digits % 10 == 0; --decimals)
+        digits /= 10;
+    if (decimals == 0) return false;
+    char text[24];
+    char* const end = std::end(text);
+    char* at = end;
+    for (std::size_t i = 0; i < decimals; ++i, digits /= 10)
+        *--at = static_cast<char>('0' + digits % 10);
+    *--at = '.';
+    do {
+        *--at = static_cast<char>('0' + digits % 10);
+        digits /= 10;
+    } while (digits != 0);
+    if (number < 0) *--at = '-';
+    output.append(at, static_cast<std::size_t>(end - at));
+    return true;
+}
+
 template <class Number>
 void appendFinite(std::string& output, Number number, ZeroFraction zeroFraction) {
+    if constexpr (std::same_as<Number, double>) {
+        if (appendFewDecimals(output, number)) return;
+    }
     constexpr Number greatestPlain = Number(1ULL << 54U);
     const Decimal decimal = shortestDecimal(number);
     const char* const digits = decimal.digits.data();
