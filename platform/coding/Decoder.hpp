@@ -40,6 +40,7 @@ class Decoder;
 class KeyedDecodingContainer;
 class UnkeyedDecodingContainer;
 class SingleValueDecodingContainer;
+class ValueEvents;
 struct UserInfo;
 
 /// How an attempt to read one value ended. Only the outermost step turns what is not `ok` into an error, so that
@@ -85,8 +86,14 @@ class QUILLBEAM_EXPORT ValueReader {
 public:
     [[nodiscard]] virtual CodingPath codingPath() const = 0;
 
-    /// What the value is, so that one who takes any kind need not try one after the other.
+    /// What the value is, where the coder can tell.
     [[nodiscard]] virtual CodedKind kind(Place /*place*/) const { return CodedKind::unknown; }
+
+    /// Tells the whole value piece by piece and consumes it, for one who takes any kind. A key that comes twice is told
+    /// twice; its first value counts.
+    /// @return `ok`; `mismatch`, before any event, where the coder's form does not tell kinds; `absent` where there is
+    /// no value; `unrepresentable`, after some events, where a number is none that an event can hold
+    [[nodiscard]] virtual Read events(Place /*place*/, ValueEvents& /*events*/) { return Read::mismatch; }
 
     /// True, and the value is consumed, where there is a null.
     [[nodiscard]] virtual bool nil(Place place) = 0;
@@ -113,9 +120,6 @@ class QUILLBEAM_EXPORT KeyedReader : public ValueReader<std::string_view> {
 public:
     [[nodiscard]] virtual bool contains(std::string_view key) const = 0;
     [[nodiscard]] virtual std::vector<std::string> allKeys() const = 0;
-
-    /// About how many members there are, for one who makes room for them; 0 where the coder does not know.
-    [[nodiscard]] virtual std::size_t memberCountHint() const { return 0; }
 
     [[nodiscard]] virtual KeyedDecodingContainer nestedContainer(std::string_view key) = 0;
     [[nodiscard]] virtual UnkeyedDecodingContainer nestedUnkeyedContainer(std::string_view key) = 0;

@@ -38,6 +38,7 @@ class Encoder;
 class KeyedEncodingContainer;
 class UnkeyedEncodingContainer;
 class SingleValueEncodingContainer;
+class ValueEvents;
 struct UserInfo;
 
 /// A type that encodes itself, without its type.
@@ -61,6 +62,15 @@ public:
     virtual void unsignedInteger(Place place, std::uint64_t value) = 0;
     /// A failure of the coder's date strategy passes out as it is.
     virtual void date(Place place, Date value) = 0;
+
+    /// Lets a value tell itself piece by piece, the members of each object once each and in ascending order of their
+    /// keys. False, and nothing is written, where the coder does not take values that way, or not this one: it is then
+    /// to be encoded in another way, which tells what is wrong with it.
+    [[nodiscard]] virtual bool
+    events(Place /*place*/, void (* /*tell*/)(ValueEvents& events, const void* value), const void* /*value*/) {
+        return false;
+    }
+
     /// Lets a value encode itself; its failures pass out as they are.
     virtual void value(Place place, const EncodeOperations& operations, const void* value) = 0;
 

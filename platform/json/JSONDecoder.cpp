@@ -1,5 +1,6 @@
 #include "platform/json/JSONDecoder.hpp"
 
+#include "platform/coding/ValueEvents.hpp"
 #include "platform/json/detail/JSONDocument.hpp"
 #include "platform/json/detail/JSONNumber.hpp"
 
@@ -109,6 +110,60 @@ bool fits(CodedShape shape, JSONKind kind) noexcept {
     return true;
 }
 
+bool tellNumber(std::string_view text, bool isPlainInteger, ValueEvents& events) {
+    double value = 0;
+    if (isPlainInteger || !detail::parseJSONNumber(text, false, value) || value == std::trunc(value)) {
+        if (const auto integer = detail::parseJSONInteger(text, isPlainInteger, 64, true)) {
+            events.integer(static_cast<std::int64_t>(*integer));
+            return true;
+        }
+        if (!detail::parseJSONNumber(text, isPlainInteger, value)) return false;
+    }
+    events.number(value);
+    return true;
+}
+
+std::string_view textOf(const JSONDocument& document, const JSONNode& node, std::string& unescaped) {
+    if ((node.flags & JSONNode::hasEscapes) == 0) return document.raw(node);
+    document.assignString(node, unescaped);
+    return unescaped;
+}
+
+/// Tells a value with everything in it; false where a number has no value. The depth of a document is limited, and with
+/// it this recursion.
+bool tellValue(const JSONDocument& document, std::uint32_t index, ValueEvents& events, std::string& unescaped) {
+    const JSONNode& node = document[index];
+    switch (node.kind) {
+    case JSONKind::null:
+        events.null();
+        break;
+    case JSONKind::boolean:
+        events.boolean((node.flags & JSONNode::isTrue) != 0);
+        break;
+    case JSONKind::number:
+        return tellNumber(document.raw(node), (node.flags & JSONNode::isPlainInteger) != 0, events);
+    case JSONKind::string:
+        events.string(textOf(document, node, unescaped));
+        break;
+    case JSONKind::array:
+        events.beginList(node.count);
+        for (std::uint32_t at = index + 1; at != node.extent; at = document.behind(at)) {
+            if (!tellValue(document, at, events, unescaped)) return false;
+        }
+        events.endList();
+        break;
+    case JSONKind::object:
+        events.beginObject(node.count);
+        for (std::uint32_t at = index + 1; at != node.extent; at = document.behind(at + 1)) {
+            events.key(textOf(document, document[at], unescaped));
+            if (!tellValue(document, at + 1, events, unescaped)) return false;
+        }
+        events.endObject();
+        break;
+    }
+    return true;
+}
+
 /// The readers of all three containers. `Self` finds the value for a place (`locate`, with `JSONDocument::none` for
 /// nothing, but in a single value container, whose value may be the root), tells its frame (`frameFor`) and is told
 /// when it has been read (`pass`).
@@ -129,6 +184,15 @@ public:
         std::uint32_t index = 0;
         if (!self().find(at, index)) return CodedKind::unknown;
         return kinds[static_cast<std::size_t>(node(index).kind)];
+    }
+
+    Read events(Place at, ValueEvents& events) final {
+        std::uint32_t index = 0;
+        if (!self().locate(at, index)) return Read::absent;
+        std::string unescaped;
+        if (!tellValue(source_.document, index, events, unescaped)) return Read::unrepresentable;
+        self().pass(index);
+        return Read::ok;
     }
 
     bool nil(Place at) final {
@@ -282,8 +346,6 @@ public:
             keys.push_back(std::move(key));
         return keys;
     }
-
-    [[nodiscard]] std::size_t memberCountHint() const override { return node(object_).count; }
 
     [[nodiscard]] bool nextKey(std::size_t& cursor, std::string& key) const override {
         const std::uint32_t end = node(object_).extent;

@@ -1,5 +1,6 @@
 #include "platform/json/JSONEncoder.hpp"
 
+#include "platform/json/detail/JSONTreeWriter.hpp"
 #include "platform/json/detail/JSONWriter.hpp"
 
 #include <chrono>
@@ -94,6 +95,21 @@ public:
         } else {
             number(at, static_cast<double>(value.time_since_epoch().count()) / 1e6);
         }
+    }
+
+    bool events(Place at, void (*tell)(ValueEvents& events, const void* value), const void* value) final {
+        const JSONWriter::Mark mark = writer_.mark();
+        try {
+            begin(at);
+            detail::JSONTreeWriter tree(writer_);
+            tell(tree, value);
+            if (tree.finish()) return true;
+        } catch (...) {
+            writer_.undo(mark);
+            throw;
+        }
+        writer_.undo(mark);
+        return false;
     }
 
     void value(Place at, const EncodeOperations& operations, const void* value) override {

@@ -56,4 +56,55 @@ namespace platform::inline v1::detail {
     return at;
 }
 
+/// Whether none of 16 bytes, given as two words, is special or equals `also`.
+[[nodiscard]] inline bool isPlainInString(std::uint64_t first, std::uint64_t second, char also) noexcept {
+#if defined(__SSE2__)
+    const __m128i bytes = _mm_set_epi64x(static_cast<long long>(second), static_cast<long long>(first));
+    const __m128i hits = _mm_or_si128(
+        _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'))),
+        _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(also)), _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20)))
+    );
+    return _mm_movemask_epi8(hits) == 0;
+#else
+    char bytes[16];
+    std::memcpy(bytes, &first, 8);
+    std::memcpy(bytes + 8, &second, 8);
+    return findSpecialInString(bytes, bytes + 16, also) == bytes + 16;
+#endif
+}
+
+/// Copies a string up to where it is found that one of its bytes is special or equals `also`: then it is false, and
+/// what was written has no meaning. Reads and writes each byte, some twice, and no other.
+[[nodiscard]] inline bool copyPlainInString(char* out, const char* at, std::size_t size, char also) noexcept {
+    if (size >= 8) {
+        const std::size_t half = size >= 16 ? 8 : size - 8; // between the two words of a step
+        const std::size_t last = size - 8 - half;
+        for (std::size_t offset = 0;; offset = offset + 16 < last ? offset + 16 : last) {
+            std::uint64_t first = 0;
+            std::uint64_t second = 0;
+            std::memcpy(&first, at + offset, 8);
+            std::memcpy(&second, at + offset + half, 8);
+            if (!isPlainInString(first, second, also)) return false;
+            std::memcpy(out + offset, &first, 8);
+            std::memcpy(out + offset + half, &second, 8);
+            if (offset == last) return true;
+        }
+    }
+    if (size >= 4) {
+        std::uint32_t first = 0;
+        std::uint32_t second = 0;
+        std::memcpy(&first, at, 4);
+        std::memcpy(&second, at + size - 4, 4);
+        std::memcpy(out, &first, 4);
+        std::memcpy(out + size - 4, &second, 4);
+        const std::uint64_t both = std::uint64_t{first} << 32U | second;
+        return isPlainInString(both, both, also);
+    }
+    for (std::size_t i = 0; i < size; ++i) {
+        if (isSpecialInString(static_cast<unsigned char>(at[i])) || at[i] == also) return false;
+        out[i] = at[i];
+    }
+    return true;
+}
+
 } // namespace platform::inline v1::detail

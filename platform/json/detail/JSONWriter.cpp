@@ -101,7 +101,7 @@ bool JSONWriter::becomeSingle(LevelIndex level) {
 }
 
 void JSONWriter::lineBreak(std::size_t depth) {
-    if ((settings_.outputFormatting & JSONEncoder::prettyPrinted) == 0) return;
+    if (!breaksLines()) return;
     text_ += '\n';
     text_.append(2 * depth, ' ');
 }
@@ -131,8 +131,7 @@ void JSONWriter::beginMember(std::string_view key) {
         level.isAscending = last.prefix < member.prefix || (last.prefix == member.prefix && keyText(last) < key);
     }
     members_.push_back(member);
-    text_ +=
-        (settings_.outputFormatting & JSONEncoder::prettyPrinted) != 0 ? std::string_view(": ") : std::string_view(":");
+    text_ += breaksLines() ? std::string_view(": ") : std::string_view(":");
 }
 
 void JSONWriter::beginElement() {
@@ -150,7 +149,7 @@ void JSONWriter::string(std::string_view value) {
     bool isChecked = false;
     while (true) {
         const char* const stop = findSpecialInString(at, end, further);
-        text_.append(at, stop);
+        text_.append(at, static_cast<std::size_t>(stop - at));
         at = stop;
         if (at == end) break;
         if (static_cast<unsigned char>(*at) < 0x80) {
@@ -166,8 +165,10 @@ void JSONWriter::string(std::string_view value) {
                 end = at + repaired.size();
             }
         }
+        const char* const run = at;
         while (at != end && static_cast<unsigned char>(*at) >= 0x80)
-            text_ += *at++;
+            ++at;
+        text_.append(run, static_cast<std::size_t>(at - run));
     }
     text_ += '"';
 }

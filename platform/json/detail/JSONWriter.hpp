@@ -29,6 +29,10 @@ public:
 
     [[nodiscard]] const JSONEncoder& settings() const noexcept { return settings_; }
 
+    [[nodiscard]] bool breaksLines() const noexcept {
+        return (settings_.outputFormatting & JSONEncoder::prettyPrinted) != 0;
+    }
+
     [[nodiscard]] bool sortsKeys() const noexcept {
         return (settings_.outputFormatting & JSONEncoder::sortedKeys) != 0;
     }
@@ -46,6 +50,9 @@ public:
     /// Start a member, or an element, of the topmost level; its value comes next.
     void beginMember(std::string_view key);
     void beginElement();
+
+    /// How many containers stand around what comes next.
+    [[nodiscard]] std::size_t depth() const noexcept { return depth_ + levels_.size() - 1 + isInside(); }
 
     void null() { text_ += "null"; }
 
@@ -103,6 +110,11 @@ private:
     };
 
     [[nodiscard]] std::string_view keyText(const Member& member) const noexcept;
+
+    [[nodiscard]] bool isInside() const noexcept {
+        return levels_.back().form == Form::array || levels_.back().form == Form::object;
+    }
+
     void separate();
     void lineBreak(std::size_t depth);
     void endLevel();
