@@ -38,56 +38,50 @@ OpenAPIValueContainer& valueOf(Member& member) noexcept {
     return member.second;
 }
 
+/// Moves the containers that stand directly inside one to `pending`.
+template <class Container>
+void takeApart(Container& container, Elements& pending) {
+    for (auto& content : detail::FreeFormAccess::contents(container)) {
+        OpenAPIValueContainer& value = valueOf(content);
+        if (value.is<OpenAPIArrayContainer>() || value.is<OpenAPIObjectContainer>())
+            pending.push_back(std::move(value));
+    }
+}
+
+/// Empties what stands inside a container, so that destroying it recurses no further.
+template <class Container>
+void release(Container& container, unsigned depth) noexcept {
+    if (depth == recursionLimit) {
+        Elements pending;
+        takeApart(container, pending);
+        while (!pending.empty()) {
+            OpenAPIValueContainer next = std::move(pending.back());
+            pending.pop_back();
+            if (auto* list = next.getIf<OpenAPIArrayContainer>()) takeApart(*list, pending);
+            if (auto* object = next.getIf<OpenAPIObjectContainer>()) takeApart(*object, pending);
+        }
+        return;
+    }
+    for (auto& content : detail::FreeFormAccess::contents(container)) {
+        OpenAPIValueContainer& value = valueOf(content);
+        if (auto* list = value.getIf<OpenAPIArrayContainer>()) {
+            release(*list, depth + 1);
+        } else if (auto* object = value.getIf<OpenAPIObjectContainer>()) {
+            release(*object, depth + 1);
+        }
+        detail::FreeFormAccess::makeAbsent(value); // while it is known what it is
+    }
+    detail::FreeFormAccess::contents(container).clear();
+}
+
 } // namespace
 
-/// Reaches into the containers for what destroys them.
-struct detail::FreeFormAccess {
-    static Elements& contents(OpenAPIArrayContainer& list) noexcept { return list.elements_; }
-
-    static Members& contents(OpenAPIObjectContainer& object) noexcept { return object.members_; }
-
-    /// Moves the containers that stand directly inside one to `pending`.
-    template <class Container>
-    static void takeApart(Container& container, Elements& pending) {
-        for (auto& content : contents(container)) {
-            OpenAPIValueContainer& value = valueOf(content);
-            if (value.is<OpenAPIArrayContainer>() || value.is<OpenAPIObjectContainer>())
-                pending.push_back(std::move(value));
-        }
-    }
-
-    /// Empties what stands inside a container, so that destroying it recurses no further.
-    template <class Container>
-    static void release(Container& container, unsigned depth) noexcept {
-        if (depth == recursionLimit) {
-            Elements pending;
-            takeApart(container, pending);
-            while (!pending.empty()) {
-                OpenAPIValueContainer next = std::move(pending.back());
-                pending.pop_back();
-                if (auto* list = next.getIf<OpenAPIArrayContainer>()) takeApart(*list, pending);
-                if (auto* object = next.getIf<OpenAPIObjectContainer>()) takeApart(*object, pending);
-            }
-            return;
-        }
-        for (auto& content : contents(container)) {
-            OpenAPIValueContainer& value = valueOf(content);
-            if (auto* list = value.getIf<OpenAPIArrayContainer>()) {
-                release(*list, depth + 1);
-            } else if (auto* object = value.getIf<OpenAPIObjectContainer>()) {
-                release(*object, depth + 1);
-            }
-        }
-        contents(container).clear();
-    }
-};
-
 OpenAPIArrayContainer::~OpenAPIArrayContainer() {
-    if (!elements_.empty()) detail::FreeFormAccess::release(*this, 0);
+    if (!elements_.empty()) release(*this, 0);
 }
 
 OpenAPIObjectContainer::~OpenAPIObjectContainer() {
-    if (!members_.empty()) detail::FreeFormAccess::release(*this, 0);
+    if (!members_.empty()) release(*this, 0);
 }
 
 // What is assigned may stand inside what it is assigned to, so it is taken before the old contents go.
@@ -142,9 +136,7 @@ OpenAPIObjectContainer::OpenAPIObjectContainer(std::initializer_list<Member> mem
     : OpenAPIObjectContainer(Members(members)) {}
 
 OpenAPIObjectContainer::OpenAPIObjectContainer(std::vector<Member> members)
-    : members_(std::move(members)) {
-    detail::sortByKey(members_);
-}
+    : members_(detail::MemberSorter().sorted(members)) {}
 
 const OpenAPIValueContainer* OpenAPIObjectContainer::find(std::string_view key) const noexcept {
     const auto at = lowerBound(members_, key);

@@ -325,11 +325,13 @@ public:
     /// The number, be it an integer or a double; large integers round. Nothing for any other kind.
     [[nodiscard]] std::optional<double> number() const noexcept;
 
-    /// Makes this a `T` that is false, zero or empty, for the caller to fill.
-    template <detail::OpenAPIAlternative T>
-    T& emplace() noexcept {
+    /// Makes this a `T`, constructed in place from the arguments, which must not be a part of this value; absent if
+    /// that throws.
+    template <detail::OpenAPIAlternative T, class... Arguments>
+        requires std::constructible_from<T, Arguments...>
+    T& emplace(Arguments&&... arguments) {
         destroy();
-        return construct<T>();
+        return construct<T>(std::forward<Arguments>(arguments)...);
     }
 
     /// Calls `visitor` with what is inside, as one of the types of `is`, or with `nullptr`.
@@ -367,6 +369,8 @@ public:
     operator==(const OpenAPIValueContainer& left, const OpenAPIValueContainer& right) noexcept;
 
 private:
+    friend struct detail::FreeFormAccess;
+
     template <class T>
     [[nodiscard]] static constexpr Kind kindOf() noexcept {
         if constexpr (std::same_as<T, bool>) return Kind::boolean;

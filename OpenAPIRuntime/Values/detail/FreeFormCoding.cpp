@@ -1,15 +1,16 @@
 #include "OpenAPIRuntime/Values/detail/FreeFormCoding.hpp"
 
 #include "platform/coding/Coding.hpp"
+#include "platform/coding/ValueEvents.hpp"
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <tuple>
 
 namespace OpenAPIRuntime::inline v1 {
 
 using detail::OnFailure;
-using platform::CodedKind;
 using platform::Decoder;
 using platform::Encoder;
 using platform::Here;
@@ -18,46 +19,64 @@ using Member = OpenAPIObjectContainer::Member;
 
 namespace {
 
-/// A key to be sorted: mostly its first bytes tell.
-struct SortKey {
-    std::uint64_t prefix; ///< the first eight bytes, the first one most significant
-    std::uint32_t position;
-};
+template <class Word>
+std::uint64_t bigEndian(const char* at) noexcept {
+    Word word = 0;
+    std::memcpy(&word, at, sizeof word);
+    if constexpr (std::endian::native == std::endian::big) return word;
+    return sizeof word == 8 ? __builtin_bswap64(word) : __builtin_bswap32(static_cast<std::uint32_t>(word));
+}
 
 std::uint64_t prefixOf(const std::string& key) noexcept {
-    char bytes[8] = {};
-    std::memcpy(bytes, key.data(), std::min<std::size_t>(key.size(), 8));
-    std::uint64_t prefix = 0;
-    for (const char byte : bytes)
-        prefix = prefix << 8U | static_cast<unsigned char>(byte);
-    return prefix;
+    const std::size_t size = key.size();
+    if (size >= 8) return bigEndian<std::uint64_t>(key.data());
+    if (size == 0) return 0;
+    const std::size_t behind = 8 * (8 - size);
+    if (size >= 4) { // the two words overlap
+        return bigEndian<std::uint32_t>(key.data()) << 32U | bigEndian<std::uint32_t>(&key[size - 4]) << behind;
+    }
+    const auto byte = [&key](std::size_t position) -> std::uint64_t {
+        return static_cast<unsigned char>(key[position]);
+    };
+    return byte(0) << 56U | byte(size / 2) << (56 - 8 * (size / 2)) | byte(size - 1) << behind;
 }
 
 } // namespace
 
-void detail::sortByKey(std::vector<Member>& members) {
-    const auto isNotBelow = [](const Member& left, const Member& right) { return left.first >= right.first; };
-    if (std::adjacent_find(members.begin(), members.end(), isNotBelow) == members.end()) return;
-    std::vector<SortKey> keys;
-    keys.reserve(members.size());
+std::vector<Member> detail::MemberSorter::sorted(std::span<Member> members) {
+    prefixes_.clear();
     for (const Member& member : members)
-        keys.push_back({prefixOf(member.first), static_cast<std::uint32_t>(keys.size())});
-    std::sort(keys.begin(), keys.end(), [&members](const SortKey& left, const SortKey& right) {
-        if (left.prefix != right.prefix) return left.prefix < right.prefix;
-        const int order = members[left.position].first.compare(members[right.position].first);
-        return order == 0 ? left.position < right.position : order < 0;
-    });
+        prefixes_.push_back(prefixOf(member.first));
+    Order& order = remembered(members.size());
+    if (order.prefixes != prefixes_) {
+        order.keys.clear();
+        for (const std::uint64_t prefix : prefixes_)
+            order.keys.push_back({prefix, static_cast<std::uint32_t>(order.keys.size())});
+        std::sort(order.keys.begin(), order.keys.end(), [members](const SortKey& left, const SortKey& right) {
+            if (left.prefix != right.prefix) return left.prefix < right.prefix;
+            const int comparison = members[left.position].first.compare(members[right.position].first);
+            return comparison == 0 ? left.position < right.position : comparison < 0;
+        });
+        const auto isSame = [](const SortKey& left, const SortKey& right) { return left.prefix == right.prefix; };
+        const bool decides = std::adjacent_find(order.keys.begin(), order.keys.end(), isSame) == order.keys.end();
+        order.prefixes.clear();
+        if (decides) order.prefixes = prefixes_;
+    }
     std::vector<Member> sorted;
     sorted.reserve(members.size());
-    for (const SortKey& key : keys) {
+    const SortKey* last = nullptr;
+    for (const SortKey& key : order.keys) {
         Member& member = members[key.position];
-        if (sorted.empty() || sorted.back().first != member.first) sorted.push_back(std::move(member));
+        if (last != nullptr && last->prefix == key.prefix && sorted.back().first == member.first) continue;
+        last = &key;
+        sorted.push_back(std::move(member));
     }
-    members = std::move(sorted);
+    return sorted;
 }
 
-// Decoding. An attempt tells by its result whether it succeeded: an error thrown and caught at each level of a tree
-// would cost a thousand times as much.
+// Decoding. A coder that knows the kinds of its values tells the whole tree; with another one each kind is tried, and
+// an attempt tells by its result whether it succeeded: an error thrown and caught at each level of a tree would cost a
+// thousand times as much.
 
 namespace {
 
@@ -65,6 +84,70 @@ template <class Container>
 struct Attempt {
     Container& out;
     bool hasSucceeded = false;
+};
+
+/// Builds a value of what a coder tells.
+class Builder final : public platform::ValueEvents {
+public:
+    explicit Builder(OpenAPIValueContainer& root)
+        : root_(root) {
+        root = nullptr;
+    }
+
+    void null() override { slot(); }
+
+    void boolean(bool value) override { detail::FreeFormAccess::fill<bool>(slot(), value); }
+
+    void integer(std::int64_t value) override { detail::FreeFormAccess::fill<std::int64_t>(slot(), value); }
+
+    void number(double value) override { detail::FreeFormAccess::fill<double>(slot(), value); }
+
+    void string(std::string_view value) override { detail::FreeFormAccess::fill<std::string>(slot(), value); }
+
+    void beginList(std::size_t count) override { open_.emplace_back(members_.size(), true).elements.reserve(count); }
+
+    void endList() override {
+        std::vector<OpenAPIValueContainer> elements = std::move(open_.back().elements);
+        open_.pop_back();
+        detail::FreeFormAccess::fill<OpenAPIArrayContainer>(slot(), std::move(elements));
+    }
+
+    void beginObject(std::size_t /*count*/) override { open_.emplace_back(members_.size(), false); }
+
+    void key(std::string_view key) override {
+        members_.emplace_back(std::piecewise_construct, std::forward_as_tuple(key), std::tuple<>());
+    }
+
+    void endObject() override {
+        const std::size_t first = open_.back().firstMember;
+        std::vector<Member> members = sorter_.sorted(std::span(members_).subspan(first));
+        members_.resize(first);
+        open_.pop_back();
+        detail::FreeFormAccess::contents(detail::FreeFormAccess::fill<OpenAPIObjectContainer>(slot())) =
+            std::move(members);
+    }
+
+private:
+    struct Container {
+        std::vector<OpenAPIValueContainer> elements{};
+        std::size_t firstMember;
+        bool isList;
+
+        Container(std::size_t firstMember_, bool isList_)
+            : firstMember(firstMember_)
+            , isList(isList_) {}
+    };
+
+    /// Where the next value goes: absent so far.
+    OpenAPIValueContainer& slot() {
+        if (open_.empty()) return root_;
+        return open_.back().isList ? open_.back().elements.emplace_back() : members_.back().second;
+    }
+
+    OpenAPIValueContainer& root_;
+    std::vector<Container> open_{};
+    detail::MemberSorter sorter_{};
+    std::vector<Member> members_{}; ///< of all open objects, one behind the other
 };
 
 constexpr std::string_view notFreeForm = "OpenAPIValueContainer cannot be decoded";
@@ -124,7 +207,6 @@ bool detail::decodeMembers(Decoder& decoder, KnownKeys without, OpenAPIObjectCon
     auto container = decoder.container();
     auto& reader = container.implementation();
     std::vector<Member> members;
-    members.reserve(reader.memberCountHint());
     std::size_t cursor = 0;
     for (std::string key; reader.nextKey(cursor, key);) {
         if (without.contains(key)) continue;
@@ -140,24 +222,9 @@ bool detail::decodeMembers(Decoder& decoder, KnownKeys without, OpenAPIObjectCon
 
 template <class Place>
 bool detail::tryReadFreeForm(platform::ValueReader<Place>& reader, Place place, OpenAPIValueContainer& out) {
-    switch (reader.kind(place)) {
-    case CodedKind::null:
-        out = nullptr;
-        return reader.nil(place);
-    case CodedKind::boolean:
-        return tryReadScalar<bool>(reader, place, out);
-    case CodedKind::number:
-        return tryReadScalar<std::int64_t>(reader, place, out) || tryReadScalar<double>(reader, place, out);
-    case CodedKind::string:
-        return tryReadScalar<std::string>(reader, place, out);
-    case CodedKind::list:
-        return tryReadContainer<OpenAPIArrayContainer>(reader, place, out);
-    case CodedKind::object:
-        return tryReadContainer<OpenAPIObjectContainer>(reader, place, out);
-    case CodedKind::unknown:
-        break;
-    }
-    out = nullptr;
+    Builder builder(out);
+    const Read told = reader.events(place, builder);
+    if (told != Read::mismatch) return told == Read::ok;
     return reader.nil(place) || tryReadScalar<bool>(reader, place, out) ||
            tryReadScalar<std::int64_t>(reader, place, out) || tryReadScalar<double>(reader, place, out) ||
            tryReadScalar<std::string>(reader, place, out) ||
@@ -165,8 +232,48 @@ bool detail::tryReadFreeForm(platform::ValueReader<Place>& reader, Place place, 
            probeContainer<OpenAPIObjectContainer>(reader, place, out);
 }
 
+// Encoding.
+
+namespace {
+
+void tell(platform::ValueEvents& events, const OpenAPIValueContainer& value) {
+    value.visit([&events]<class T>(const T& content) {
+        if constexpr (std::same_as<T, std::nullptr_t>) {
+            events.null();
+        } else if constexpr (std::same_as<T, bool>) {
+            events.boolean(content);
+        } else if constexpr (std::same_as<T, std::int64_t>) {
+            events.integer(content);
+        } else if constexpr (std::same_as<T, double>) {
+            events.number(content);
+        } else if constexpr (std::same_as<T, std::string>) {
+            events.string(content);
+        } else if constexpr (std::same_as<T, OpenAPIArrayContainer>) {
+            events.beginList(content.size());
+            for (const OpenAPIValueContainer& element : content)
+                tell(events, element);
+            events.endList();
+        } else {
+            events.beginObject(content.size());
+            for (const auto& [key, element] : content) {
+                events.key(key);
+                tell(events, element);
+            }
+            events.endObject();
+        }
+    });
+}
+
+} // namespace
+
 template <class Place>
 void detail::writeFreeForm(platform::ValueWriter<Place>& writer, Place place, const OpenAPIValueContainer& value) {
+    if (value.kind() >= OpenAPIValueContainer::Kind::list) {
+        const auto tellAll = [](platform::ValueEvents& events, const void* told) {
+            tell(events, *static_cast<const OpenAPIValueContainer*>(told));
+        };
+        if (writer.events(place, tellAll, &value)) return;
+    }
     value.visit([&]<class T>(const T& alternative) {
         if constexpr (std::same_as<T, std::nullptr_t>) {
             writer.nil(place);
