@@ -9,6 +9,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <mutex>
 #include <netinet/in.h>
@@ -25,6 +26,9 @@
 // Requests on the loopback interface: 1 KB of JSON for a GET over connections that stay open. Compared is the CPU time
 // of the client's threads for a request, since the wire and the server are the same for all. The blocking clients make
 // one request after the other: more of them at once would be more threads that each cost the same.
+//
+// With arguments the program is one side alone, for a counter of instructions (see bench_loading_instructions.in):
+// `serve` prints the port it answers on, `layer PORT COUNT IN_FLIGHT` and `easy PORT COUNT` make that many requests.
 
 namespace {
 
@@ -209,9 +213,15 @@ public:
             }
         );
         curl_easy_setopt(easy_, CURLOPT_WRITEDATA, &body_);
+        // The same bytes on the wire as the layer's.
+        curl_easy_setopt(easy_, CURLOPT_ACCEPT_ENCODING, "");
+        curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, fields_);
     }
 
-    ~Easy() { curl_easy_cleanup(easy_); }
+    ~Easy() {
+        curl_easy_cleanup(easy_);
+        curl_slist_free_all(fields_);
+    }
 
     Easy(const Easy&) = delete;
     Easy& operator=(const Easy&) = delete;
@@ -229,6 +239,7 @@ private:
     std::string url_;
     std::string body_;
     CURL* easy_ = curl_easy_init();
+    curl_slist* fields_ = curl_slist_append(nullptr, "Accept:");
 };
 
 class Raw {
@@ -281,9 +292,27 @@ private:
     httplib::Client client_;
 };
 
+int runAlone(const std::vector<std::string>& arguments) {
+    const auto number = [&](std::size_t index) { return std::atoi(arguments.at(index).c_str()); };
+    if (arguments[0] == "serve") {
+        const Server server;
+        std::printf("%d\n", server.port);
+        std::fflush(stdout);
+        pause();
+    } else if (arguments[0] == "layer") {
+        Layer(number(1)).run(number(2), number(3));
+    } else if (arguments[0] == "easy") {
+        Easy(number(1)).run(number(2));
+    } else {
+        return 1;
+    }
+    return 0;
+}
+
 } // namespace
 
-int main() {
+int main(int argc, char** argv) {
+    if (argc > 1) return runAlone({argv + 1, argv + argc});
     const Server server;
     const int rounds = benchmarks::isSmokeRun() ? 3 : 15;
     const int count = benchmarks::isSmokeRun() ? 600 : 2000;
