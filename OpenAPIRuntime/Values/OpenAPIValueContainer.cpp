@@ -247,9 +247,7 @@ OpenAPIValueContainer OpenAPIValueContainer::validating(const platform::AnyValue
     }
     if (takeKnownMap<std::map<std::string, platform::AnyValue>>(unvalidatedValue, result) ||
         takeKnownMap<std::unordered_map<std::string, platform::AnyValue>>(unvalidatedValue, result) ||
-        takeKnown<std::nullptr_t, std::nullopt_t, std::string, const char*, std::string_view>(
-            unvalidatedValue, result
-        ) ||
+        takeKnown<std::nullopt_t, std::string, const char*, std::string_view>(unvalidatedValue, result) ||
         takeKnown<int, long, long long, short, signed char, unsigned, unsigned short, unsigned char>(
             unvalidatedValue, result
         ) ||

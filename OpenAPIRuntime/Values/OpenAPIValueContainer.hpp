@@ -81,6 +81,20 @@ concept OpenAPIValue =
 template <class T>
 concept OpenAPIElement = OpenAPIValue<T> || std::same_as<T, OpenAPIValueContainer>;
 
+/// A range whose elements convert to values. What is a value itself is asked for first: only then may ranges be looked
+/// at.
+template <class Range>
+concept OpenAPIElements = !OpenAPIElement<std::remove_cvref_t<Range>> && !OpenAPIElement<std::decay_t<Range>> &&
+                          std::ranges::input_range<Range> && OpenAPIElement<std::ranges::range_value_t<Range>>;
+
+/// A range of pairs of text and what converts to a value.
+template <class Range>
+concept OpenAPIEntries = !OpenAPIElement<std::remove_cvref_t<Range>> && std::ranges::input_range<Range> &&
+                         requires(std::ranges::range_reference_t<Range> entry) {
+                             requires std::constructible_from<std::string, decltype((entry.first))>;
+                             requires OpenAPIElement<std::remove_cvref_t<decltype(entry.second)>>;
+                         };
+
 } // namespace detail
 
 /// A list of free-form values.
@@ -94,7 +108,7 @@ public:
     using value_type = OpenAPIValueContainer;
     using const_iterator = std::vector<OpenAPIValueContainer>::const_iterator;
 
-    OpenAPIArrayContainer() noexcept = default;
+    OpenAPIArrayContainer() noexcept;
 
     /// Takes over the elements.
     explicit OpenAPIArrayContainer(std::vector<OpenAPIValueContainer> elements) noexcept;
@@ -109,12 +123,11 @@ public:
     explicit(sizeof...(Elements) == 1) OpenAPIArrayContainer(Elements&&... elements);
 
     /// A list of the elements of a range.
-    template <std::ranges::input_range Range>
-        requires(detail::OpenAPIElement<std::ranges::range_value_t<Range>> && !detail::OpenAPIElement<std::decay_t<Range>>)
+    template <detail::OpenAPIElements Range>
     explicit OpenAPIArrayContainer(Range&& elements);
 
-    OpenAPIArrayContainer(const OpenAPIArrayContainer& other) = default;
-    OpenAPIArrayContainer(OpenAPIArrayContainer&& other) noexcept = default;
+    OpenAPIArrayContainer(const OpenAPIArrayContainer& other);
+    OpenAPIArrayContainer(OpenAPIArrayContainer&& other) noexcept;
     OpenAPIArrayContainer& operator=(const OpenAPIArrayContainer& other);
     OpenAPIArrayContainer& operator=(OpenAPIArrayContainer&& other) noexcept;
     ~OpenAPIArrayContainer();
@@ -149,7 +162,7 @@ public:
 private:
     friend struct detail::FreeFormAccess;
 
-    std::vector<OpenAPIValueContainer> elements_{};
+    std::vector<OpenAPIValueContainer> elements_;
 };
 
 /// An object of free-form values: a map from text.
@@ -168,7 +181,7 @@ public:
     using value_type = Member;
     using const_iterator = std::vector<Member>::const_iterator;
 
-    OpenAPIObjectContainer() noexcept = default;
+    OpenAPIObjectContainer() noexcept;
 
     /// An object of the given members. Of a key that comes twice the first counts.
     OpenAPIObjectContainer(std::initializer_list<Member> members);
@@ -177,19 +190,12 @@ public:
     explicit OpenAPIObjectContainer(std::vector<Member> members);
 
     /// An object of the entries of a map, or of another range of pairs.
-    template <std::ranges::input_range Range>
-        requires(
-            !std::same_as<std::remove_cvref_t<Range>, OpenAPIObjectContainer> &&
-            !std::same_as<std::remove_cvref_t<Range>, std::vector<Member>> &&
-            requires(std::ranges::range_reference_t<Range> entry) {
-                requires std::constructible_from<std::string, decltype((entry.first))>;
-                requires detail::OpenAPIElement<std::remove_cvref_t<decltype(entry.second)>>;
-            }
-        )
+    template <detail::OpenAPIEntries Range>
+        requires(!std::same_as<std::remove_cvref_t<Range>, std::vector<std::pair<std::string, OpenAPIValueContainer>>>)
     explicit OpenAPIObjectContainer(Range&& entries);
 
-    OpenAPIObjectContainer(const OpenAPIObjectContainer& other) = default;
-    OpenAPIObjectContainer(OpenAPIObjectContainer&& other) noexcept = default;
+    OpenAPIObjectContainer(const OpenAPIObjectContainer& other);
+    OpenAPIObjectContainer(OpenAPIObjectContainer&& other) noexcept;
     OpenAPIObjectContainer& operator=(const OpenAPIObjectContainer& other);
     OpenAPIObjectContainer& operator=(OpenAPIObjectContainer&& other) noexcept;
     ~OpenAPIObjectContainer();
@@ -237,7 +243,7 @@ public:
 private:
     friend struct detail::FreeFormAccess;
 
-    std::vector<Member> members_{};
+    std::vector<Member> members_;
 };
 
 /// One free-form value: absent, a boolean, an integer, a double, a string, a list or an object.
@@ -454,6 +460,16 @@ private:
     Kind kind_ = Kind::absent;
 };
 
+// What needs the values to be complete.
+
+inline OpenAPIArrayContainer::OpenAPIArrayContainer() noexcept = default;
+inline OpenAPIArrayContainer::OpenAPIArrayContainer(const OpenAPIArrayContainer& other) = default;
+inline OpenAPIArrayContainer::OpenAPIArrayContainer(OpenAPIArrayContainer&& other) noexcept = default;
+
+inline OpenAPIObjectContainer::OpenAPIObjectContainer() noexcept = default;
+inline OpenAPIObjectContainer::OpenAPIObjectContainer(const OpenAPIObjectContainer& other) = default;
+inline OpenAPIObjectContainer::OpenAPIObjectContainer(OpenAPIObjectContainer&& other) noexcept = default;
+
 inline std::size_t OpenAPIArrayContainer::size() const noexcept {
     return elements_.size();
 }
@@ -475,8 +491,7 @@ OpenAPIArrayContainer::OpenAPIArrayContainer(Elements&&... elements) {
     (elements_.emplace_back(std::forward<Elements>(elements)), ...);
 }
 
-template <std::ranges::input_range Range>
-    requires(detail::OpenAPIElement<std::ranges::range_value_t<Range>> && !detail::OpenAPIElement<std::decay_t<Range>>)
+template <detail::OpenAPIElements Range>
 OpenAPIArrayContainer::OpenAPIArrayContainer(Range&& elements) {
     if constexpr (std::ranges::sized_range<Range>) elements_.reserve(std::ranges::size(elements));
     for (auto&& element : elements)
@@ -491,15 +506,8 @@ inline bool OpenAPIObjectContainer::empty() const noexcept {
     return members_.empty();
 }
 
-template <std::ranges::input_range Range>
-    requires(
-        !std::same_as<std::remove_cvref_t<Range>, OpenAPIObjectContainer> &&
-        !std::same_as<std::remove_cvref_t<Range>, std::vector<OpenAPIObjectContainer::Member>> &&
-        requires(std::ranges::range_reference_t<Range> entry) {
-            requires std::constructible_from<std::string, decltype((entry.first))>;
-            requires detail::OpenAPIElement<std::remove_cvref_t<decltype(entry.second)>>;
-        }
-    )
+template <detail::OpenAPIEntries Range>
+    requires(!std::same_as<std::remove_cvref_t<Range>, std::vector<std::pair<std::string, OpenAPIValueContainer>>>)
 OpenAPIObjectContainer::OpenAPIObjectContainer(Range&& entries)
     : OpenAPIObjectContainer([&entries] {
         std::vector<Member> members;
