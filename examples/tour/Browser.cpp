@@ -44,6 +44,14 @@ Browser::Browser() {
     transport_ = std::make_shared<URLSessionTransport>(configuration);
 }
 
+Task<Page> Browser::visit(HTTPRequest::Method method, std::string address) const {
+    return visit(std::move(method), std::move(address), HTTPFields());
+}
+
+Task<Page> Browser::visit(HTTPRequest::Method method, std::string address, HTTPFields fields) const {
+    return visit(std::move(method), std::move(address), std::move(fields), std::nullopt);
+}
+
 Task<Page>
 Browser::visit(HTTPRequest::Method method, std::string address, HTTPFields fields, std::optional<HTTPBody> body) const {
     auto components = URLComponents::make(address);

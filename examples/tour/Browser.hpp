@@ -33,11 +33,14 @@ public:
     Browser();
 
     /// @param address absolute
+    platform::Task<Page> visit(HTTPTypes::HTTPRequest::Method method, std::string address) const;
+    platform::Task<Page>
+    visit(HTTPTypes::HTTPRequest::Method method, std::string address, HTTPTypes::HTTPFields fields) const;
     platform::Task<Page> visit(
         HTTPTypes::HTTPRequest::Method method,
         std::string address,
-        HTTPTypes::HTTPFields fields = HTTPTypes::HTTPFields(),
-        std::optional<OpenAPIRuntime::HTTPBody> body = std::nullopt
+        HTTPTypes::HTTPFields fields,
+        std::optional<OpenAPIRuntime::HTTPBody> body
     ) const;
 
 private:
