@@ -5,11 +5,16 @@
 namespace sandbox {
 
 std::string checkedDateTime(Session& database, const std::string& key, const std::string& text) {
-    // The database also reads dates without times, day numbers and words.
+    // The database also reads dates without times, day numbers and words, and days that their month does not have.
     constexpr std::size_t shortest = 20;
     if (text.size() >= shortest && text[10] == 'T') {
-        const auto row = database.first("SELECT strftime('%Y-%m-%dT%H:%M:%SZ', ?)", {text});
-        if (const auto date = row->optionalText(0)) return *date;
+        const auto row = database.first(
+            "SELECT strftime('%Y-%m-%dT%H:%M:%SZ', ?1) "
+            "WHERE date(substr(?1, 1, 10), '+0 days') = substr(?1, 1, 10)",
+            {text}
+        );
+        const auto date = row ? row->optionalText(0) : std::nullopt;
+        if (date) return *date;
     }
     throw Problem::badRequest("\"" + key + "\" must be a date and time such as 2026-11-23T09:30:00Z.");
 }

@@ -54,7 +54,7 @@ std::string requiredOrigin(const URL& serverURL) {
 /// What the calls share. At most one asking of the source is under way; the calls that need its answer stand in a list.
 class BearerToken::State : public std::enable_shared_from_this<State> {
 public:
-    State(Source source, std::string token, std::optional<std::string> origin)
+    State(Source source, const std::string& token, std::optional<std::string> origin)
         : source_(std::move(source))
         , origin_(std::move(origin)) {
         if (!source_) credential_ = Credential(token, 1);
@@ -166,11 +166,14 @@ private:
         const std::lock_guard lock(mutex_);
         isAsking_ = false;
         served.swap(waiting_);
+        if (served.empty()) return;
+        // The last one gets the error itself, so that it ends where it is read and not on this thread.
+        Waiting last = std::move(served.back());
+        served.pop_back();
         for (Waiting& waiting : served) {
-            const bool isLast = &waiting == &served.back();
-            // The last one gets the error itself, so that it ends where it is read and not on this thread.
-            waiting.continuation.fail(isLast ? std::move(error) : error);
+            waiting.continuation.fail(error);
         }
+        last.continuation.fail(std::move(error));
     }
 
     const Source source_; // none for a fixed token
@@ -221,14 +224,14 @@ Task<HTTPResponseAndBody> BearerToken::State::send(
     co_return co_await std::move(sendingAgain);
 }
 
-BearerToken::BearerToken(std::string token)
-    : state_(std::make_shared<State>(nullptr, std::move(token), std::nullopt)) {}
+BearerToken::BearerToken(const std::string& token)
+    : state_(std::make_shared<State>(nullptr, token, std::nullopt)) {}
 
 BearerToken::BearerToken(Source source)
     : state_(std::make_shared<State>(std::move(source), "", std::nullopt)) {}
 
-BearerToken::BearerToken(std::string token, const URL& serverURL)
-    : state_(std::make_shared<State>(nullptr, std::move(token), requiredOrigin(serverURL))) {}
+BearerToken::BearerToken(const std::string& token, const URL& serverURL)
+    : state_(std::make_shared<State>(nullptr, token, requiredOrigin(serverURL))) {}
 
 BearerToken::BearerToken(Source source, const URL& serverURL)
     : state_(std::make_shared<State>(std::move(source), "", requiredOrigin(serverURL))) {}

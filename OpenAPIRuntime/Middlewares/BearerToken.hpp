@@ -56,14 +56,14 @@ public:
     using Source = std::function<platform::Task<std::string>()>;
 
     /// @param token sent with every request
-    explicit BearerToken(std::string token);
+    explicit BearerToken(const std::string& token);
 
     /// @param source asked for a token before the first request and after each 401; called for as long as calls run
     explicit BearerToken(Source source);
 
     /// @param serverURL its origin is the one that the token is sent to
     /// @throws std::invalid_argument where `serverURL` has no origin: it is not an absolute http or https URL
-    BearerToken(std::string token, const platform::URL& serverURL);
+    BearerToken(const std::string& token, const platform::URL& serverURL);
     BearerToken(Source source, const platform::URL& serverURL);
 
     ~BearerToken() override;

@@ -8,6 +8,7 @@
 #include "platform/date/Date.hpp"
 
 #include <algorithm>
+#include <new>
 #include <typeinfo>
 #include <unordered_map>
 
@@ -20,8 +21,9 @@ using Elements = std::vector<OpenAPIValueContainer>;
 using Members = std::vector<Member>;
 
 const OpenAPIValueContainer& absent() noexcept {
-    static const OpenAPIValueContainer& value =
-        *new OpenAPIValueContainer; // never destroyed: references may outlive it
+    // Never destroyed: references may outlive whatever ends with the process.
+    alignas(OpenAPIValueContainer) static std::byte place[sizeof(OpenAPIValueContainer)];
+    static const OpenAPIValueContainer& value = *::new (static_cast<void*>(place)) OpenAPIValueContainer;
     return value;
 }
 

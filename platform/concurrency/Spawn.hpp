@@ -73,6 +73,8 @@ Root runRoot(Task<T> task, Done done) {
 /// Thread safety: safe from any thread.
 template <class T, class Done>
     requires std::invocable<Done&, Result<T>&&>
+// A copy: the task may end within the call, and the caller's executor with it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void spawn(std::shared_ptr<Executor> executor, std::stop_token token, Task<T> task, Done done) {
     detail::runRoot(std::move(task), std::move(done)).start(executor, std::move(token));
 }

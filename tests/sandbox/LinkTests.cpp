@@ -69,6 +69,7 @@ TEST(SandboxLinks, AreMadeEditedAndFoundWithTheirTags) {
             {"tags that are texts", "POST", "/links", wanted(R"("tags":["news"])"), 400, error},
             {"an unknown tag", "POST", "/links", wanted(R"("tags":[{"id":"no","name":"n"}])"), 404, error},
             {"a bad date", "POST", "/links", wanted(R"("tags":[],"expireAt":"2030-01-02")"), 400, error},
+            {"no such day", "POST", "/links", wanted(R"("tags":[],"expireAt":"2030-02-30T00:00:00Z")"), 400, error},
             {"a bad country",
              "POST",
              "/links",
