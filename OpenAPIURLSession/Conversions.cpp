@@ -2,10 +2,10 @@
 
 #include "OpenAPIURLSession/URLSessionTransportError.hpp"
 #include "platform/loading/HTTPURLResponse.hpp"
-#include "platform/loading/detail/FieldText.hpp"
+#include "platform/text/Latin1.hpp"
+#include "platform/text/UTF8.hpp"
 #include "platform/url/URLComponents.hpp"
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,8 +35,7 @@ std::optional<URL> resolved(const std::optional<std::string>& path, const URL& b
 
 /// The field with the bytes that this text is in ISO Latin 1.
 HTTPField fieldFromLatin1Text(HTTPField::Name name, std::string_view text) {
-    const auto isASCII = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-    if (std::all_of(text.begin(), text.end(), isASCII)) return HTTPField(std::move(name), text);
+    if (platform::isASCII(text)) return HTTPField(std::move(name), text);
     std::vector<std::uint8_t> bytes;
     bytes.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -45,9 +44,7 @@ HTTPField fieldFromLatin1Text(HTTPField::Name name, std::string_view text) {
         if (byte < 0x80) {
             bytes.push_back(byte);
         } else if (!continues) {
-            const bool fits = (byte == 0xC2 || byte == 0xC3) && i + 1 < text.size();
-            const auto next = fits ? static_cast<std::uint8_t>(text[i + 1]) : std::uint8_t{0};
-            bytes.push_back(fits ? static_cast<std::uint8_t>(((byte & 0x03U) << 6U) | (next & 0x3FU)) : ' ');
+            bytes.push_back(static_cast<std::uint8_t>(platform::latin1ByteAt(text, i).value_or(' ')));
         }
     }
     return HTTPField(std::move(name), std::span<const std::uint8_t>(bytes));
@@ -62,7 +59,7 @@ URLRequest makeURLRequest(const HTTPRequest& request, const URL& baseURL) {
     URLRequest result(*std::move(url));
     result.httpMethod = request.method().rawValue();
     for (const HTTPField& field : request.headerFields) {
-        auto text = platform::detail::textFromLatin1(field.rawValue().view());
+        auto text = platform::textFromLatin1(field.rawValue().view());
         // The map knows names without regard to case and keeps the spelling that came first.
         const auto [at, isNew] = result.allHTTPHeaderFields.try_emplace(std::string(field.name.rawName()), text);
         if (!isNew) at->second.append(field.name == HTTPField::Name::cookie ? "; " : ", ").append(text);

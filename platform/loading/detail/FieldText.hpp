@@ -1,8 +1,5 @@
 #pragma once
 
-#include "platform/Export.hpp"
-
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,9 +18,6 @@ namespace platform::inline v1::detail {
 
 /// Compares two names without regard to ASCII case.
 [[nodiscard]] bool equalFieldNames(std::string_view left, std::string_view right) noexcept;
-
-/// The text, in UTF-8, that these bytes are in ISO Latin 1.
-[[nodiscard]] QUILLBEAM_EXPORT std::string textFromLatin1(std::string_view bytes);
 
 /// Appends the bytes that this UTF-8 text is in ISO Latin 1, or the text's own bytes where it has a character beyond.
 void appendWireBytes(std::string& out, std::string_view text);

@@ -1,6 +1,7 @@
 #include "platform/loading/detail/ResponseHead.hpp"
 
 #include "platform/loading/detail/FieldText.hpp"
+#include "platform/text/Latin1.hpp"
 
 #include <charconv>
 
