@@ -120,7 +120,6 @@ class QUILLBEAM_EXPORT KeyedReader : public ValueReader<std::string_view> {
 public:
     [[nodiscard]] virtual bool contains(std::string_view key) const = 0;
     [[nodiscard]] virtual std::vector<std::string> allKeys() const = 0;
-
     [[nodiscard]] virtual KeyedDecodingContainer nestedContainer(std::string_view key) = 0;
     [[nodiscard]] virtual UnkeyedDecodingContainer nestedUnkeyedContainer(std::string_view key) = 0;
     [[nodiscard]] virtual std::unique_ptr<Decoder> superDecoder(std::string_view key) = 0;

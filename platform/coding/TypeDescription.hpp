@@ -21,8 +21,8 @@ enum class CodedShape : std::uint8_t {
 class Decoder;
 class Encoder;
 
-/// How values of `T` are coded. Specialise it for your own types; see platform/coding/Coding.hpp. A
-/// header that only declares codings, and leaves their definitions to a source file, needs no more than this one.
+/// How values of `T` are coded. Specialise it for your own types; see platform/coding/Coding.hpp. A header that only
+/// declares codings, and leaves their definitions to a source file, needs no more than this one.
 template <class T>
 struct Coding;
 

@@ -110,6 +110,10 @@ bool fits(CodedShape shape, JSONKind kind) noexcept {
     return true;
 }
 
+bool isPlain(const JSONNode& node) noexcept {
+    return (node.flags & JSONNode::isPlainInteger) != 0;
+}
+
 bool tellNumber(std::string_view text, bool isPlainInteger, ValueEvents& events) {
     double value = 0;
     if (isPlainInteger || !detail::parseJSONNumber(text, false, value) || value == std::trunc(value)) {
@@ -141,7 +145,7 @@ bool tellValue(const JSONDocument& document, std::uint32_t index, ValueEvents& e
         events.boolean((node.flags & JSONNode::isTrue) != 0);
         break;
     case JSONKind::number:
-        return tellNumber(document.raw(node), (node.flags & JSONNode::isPlainInteger) != 0, events);
+        return tellNumber(document.raw(node), isPlain(node), events);
     case JSONKind::string:
         events.string(textOf(document, node, unescaped));
         break;
@@ -226,8 +230,8 @@ public:
 
     Read integer(Place at, IntegerKind kind, std::uint64_t& out) final {
         return read(at, JSONKind::number, [&](const JSONNode& node) {
-            const bool isPlain = (node.flags & JSONNode::isPlainInteger) != 0;
-            const auto value = detail::parseJSONInteger(source_.document.raw(node), isPlain, kind.bits, kind.isSigned);
+            const auto value =
+                detail::parseJSONInteger(source_.document.raw(node), isPlain(node), kind.bits, kind.isSigned);
             if (!value) return Read::unrepresentable;
             out = *value;
             return Read::ok;
@@ -237,13 +241,8 @@ public:
     Read date(Place at, Date& out) final {
         if (source_.settings.dateStrategy) {
             return read(at, JSONKind::string, [&](const JSONNode& node) {
-                if ((node.flags & JSONNode::hasEscapes) == 0) {
-                    out = source_.settings.dateStrategy(source_.document.raw(node));
-                } else {
-                    std::string text;
-                    source_.document.assignString(node, text);
-                    out = source_.settings.dateStrategy(text);
-                }
+                std::string unescaped;
+                out = source_.settings.dateStrategy(textOf(source_.document, node, unescaped));
                 return Read::ok;
             });
         }
@@ -299,10 +298,6 @@ private:
     [[nodiscard]] Self& self() noexcept { return static_cast<Self&>(*this); }
 
     [[nodiscard]] const Self& self() const noexcept { return static_cast<const Self&>(*this); }
-
-    [[nodiscard]] static bool isPlain(const JSONNode& node) noexcept {
-        return (node.flags & JSONNode::isPlainInteger) != 0;
-    }
 
     template <class Take>
     Read read(Place at, JSONKind kind, Take take) {

@@ -14,7 +14,7 @@ JSONTreeWriter::JSONTreeWriter(JSONWriter& writer) noexcept
     : writer_(writer)
     , depth_(writer.depth())
     , breaksLines_(writer.breaksLines())
-    , further_((writer.settings().outputFormatting & JSONEncoder::withoutEscapingSlashes) != 0 ? '"' : '/') {}
+    , further_(writer.furtherEscaped()) {}
 
 bool JSONTreeWriter::finish() {
     flush();
@@ -39,8 +39,7 @@ inline void JSONTreeWriter::put(std::string_view text) {
 
 void JSONTreeWriter::lineBreak() {
     flush();
-    writer_.text() += '\n';
-    writer_.text().append(2 * depth_, ' ');
+    writer_.lineBreak(depth_);
 }
 
 inline void JSONTreeWriter::separate() {

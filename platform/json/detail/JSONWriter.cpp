@@ -140,8 +140,7 @@ void JSONWriter::beginElement() {
 }
 
 void JSONWriter::string(std::string_view value) {
-    const bool keepsSlashes = (settings_.outputFormatting & JSONEncoder::withoutEscapingSlashes) != 0;
-    const char further = keepsSlashes ? '"' : '/';
+    const char further = furtherEscaped();
     text_ += '"';
     const char* at = value.data();
     const char* end = at + value.size();

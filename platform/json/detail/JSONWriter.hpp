@@ -33,6 +33,11 @@ public:
         return (settings_.outputFormatting & JSONEncoder::prettyPrinted) != 0;
     }
 
+    /// The byte that is escaped in strings beside those that must be; the quote, which must be, where there is none.
+    [[nodiscard]] char furtherEscaped() const noexcept {
+        return (settings_.outputFormatting & JSONEncoder::withoutEscapingSlashes) != 0 ? '"' : '/';
+    }
+
     [[nodiscard]] bool sortsKeys() const noexcept {
         return (settings_.outputFormatting & JSONEncoder::sortedKeys) != 0;
     }
@@ -53,6 +58,9 @@ public:
 
     /// How many containers stand around what comes next.
     [[nodiscard]] std::size_t depth() const noexcept { return depth_ + levels_.size() - 1 + isInside(); }
+
+    /// Where lines are broken, begins one inside so many containers.
+    void lineBreak(std::size_t depth);
 
     void null() { text_ += "null"; }
 
@@ -116,7 +124,6 @@ private:
     }
 
     void separate();
-    void lineBreak(std::size_t depth);
     void endLevel();
     void putIn(const Level& level);
     void arrange(const Level& level);

@@ -16,7 +16,6 @@ namespace {
 
 // Streams that one HTTP/2 connection carries by common consent (RFC 9113 section 6.5.2 advises at least 100).
 constexpr int maximumHTTP2Transfers = 100;
-
 constexpr long maximumIdleConnections = 64;
 constexpr std::size_t maximumIdleTransfers = 128;
 // Reading the rest of a redirecting response saves a connection, as long as the rest is short.
