@@ -1,23 +1,20 @@
 #pragma once
 
 #include "platform/Export.hpp"
+#include "platform/Ranges.hpp"
 #include "platform/bytes/ByteChunk.hpp"
 #include "platform/coding/TypeDescription.hpp"
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
-#include <ranges>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-namespace platform::inline v1 {
-class Decoder;
-class Encoder;
-} // namespace platform::inline v1
 
 namespace OpenAPIRuntime::inline v1 {
 
@@ -37,12 +34,12 @@ struct Base64EncodedData {
         : data(std::vector<std::uint8_t>(bytes)) {}
 
     /// Copies the bytes of a sequence.
-    template <std::ranges::input_range Bytes>
-        requires std::same_as<std::ranges::range_value_t<Bytes>, std::uint8_t>
+    template <platform::InputRange Bytes>
+        requires std::same_as<platform::RangeValue<Bytes>, std::uint8_t>
     explicit Base64EncodedData(Bytes&& bytes)
         : data([&bytes] {
             std::vector<std::uint8_t> copy;
-            if constexpr (std::ranges::sized_range<Bytes>) copy.reserve(std::ranges::size(bytes));
+            if constexpr (requires { std::ranges::size(bytes); }) copy.reserve(std::ranges::size(bytes));
             for (const std::uint8_t byte : bytes)
                 copy.push_back(byte);
             return platform::ByteChunk(std::move(copy));

@@ -11,11 +11,6 @@
 #include <string>
 #include <utility>
 
-namespace platform::inline v1 {
-class Decoder;
-class Encoder;
-} // namespace platform::inline v1
-
 namespace OpenAPIRuntime::inline v1 {
 
 /// A value that stands elsewhere: copies of a box share it until one of them is written to.

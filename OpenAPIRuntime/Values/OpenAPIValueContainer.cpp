@@ -224,16 +224,19 @@ bool takeKnown(const platform::AnyValue& value, OpenAPIValueContainer& out) {
     return (take(value.getIf<T>()) || ...);
 }
 
+OpenAPIObjectContainer validatedObject(const auto& unvalidatedValues) {
+    Members members;
+    members.reserve(unvalidatedValues.size());
+    for (const auto& [key, value] : unvalidatedValues)
+        members.emplace_back(key, OpenAPIValueContainer::validating(value));
+    return OpenAPIObjectContainer(std::move(members));
+}
+
 template <class Map>
 bool takeKnownMap(const platform::AnyValue& value, OpenAPIValueContainer& out) {
     const auto* const map = value.getIf<Map>();
-    if (map == nullptr) return false;
-    Members members;
-    members.reserve(map->size());
-    for (const auto& [key, element] : *map)
-        members.emplace_back(key, OpenAPIValueContainer::validating(element));
-    out = OpenAPIObjectContainer(std::move(members));
-    return true;
+    if (map != nullptr) out = validatedObject(*map);
+    return map != nullptr;
 }
 
 } // namespace
@@ -274,11 +277,7 @@ OpenAPIArrayContainer OpenAPIArrayContainer::validating(const std::vector<platfo
 
 OpenAPIObjectContainer
 OpenAPIObjectContainer::validating(const std::map<std::string, platform::AnyValue>& unvalidatedValues) {
-    OpenAPIObjectContainer result;
-    result.members_.reserve(unvalidatedValues.size());
-    for (const auto& [key, value] : unvalidatedValues)
-        result.members_.emplace_back(key, OpenAPIValueContainer::validating(value));
-    return result;
+    return validatedObject(unvalidatedValues);
 }
 
 // Texts.

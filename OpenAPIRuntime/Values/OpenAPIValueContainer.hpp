@@ -2,6 +2,7 @@
 
 #include "platform/AnyValue.hpp"
 #include "platform/Export.hpp"
+#include "platform/Ranges.hpp"
 #include "platform/coding/TypeDescription.hpp"
 
 #include <concepts>
@@ -9,20 +10,15 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
-#include <ranges>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
-
-namespace platform::inline v1 {
-class Decoder;
-class Encoder;
-} // namespace platform::inline v1
 
 /// Free-form values: what a schema leaves open.
 ///
@@ -85,12 +81,12 @@ concept OpenAPIElement = OpenAPIValue<T> || std::same_as<T, OpenAPIValueContaine
 /// at.
 template <class Range>
 concept OpenAPIElements = !OpenAPIElement<std::remove_cvref_t<Range>> && !OpenAPIElement<std::decay_t<Range>> &&
-                          std::ranges::input_range<Range> && OpenAPIElement<std::ranges::range_value_t<Range>>;
+                          platform::InputRange<Range> && OpenAPIElement<platform::RangeValue<Range>>;
 
 /// A range of pairs of text and what converts to a value.
 template <class Range>
-concept OpenAPIEntries = !OpenAPIElement<std::remove_cvref_t<Range>> && std::ranges::input_range<Range> &&
-                         requires(std::ranges::range_reference_t<Range> entry) {
+concept OpenAPIEntries = !OpenAPIElement<std::remove_cvref_t<Range>> && platform::InputRange<Range> &&
+                         requires(platform::RangeReference<Range> entry) {
                              requires std::constructible_from<std::string, decltype((entry.first))>;
                              requires OpenAPIElement<std::remove_cvref_t<decltype(entry.second)>>;
                          };
@@ -493,9 +489,9 @@ OpenAPIArrayContainer::OpenAPIArrayContainer(Elements&&... elements) {
 
 template <detail::OpenAPIElements Range>
 OpenAPIArrayContainer::OpenAPIArrayContainer(Range&& elements) {
-    if constexpr (std::ranges::sized_range<Range>) elements_.reserve(std::ranges::size(elements));
+    if constexpr (requires { std::ranges::size(elements); }) elements_.reserve(std::ranges::size(elements));
     for (auto&& element : elements)
-        elements_.emplace_back(std::ranges::range_value_t<Range>(std::forward<decltype(element)>(element)));
+        elements_.emplace_back(platform::RangeValue<Range>(std::forward<decltype(element)>(element)));
 }
 
 inline std::size_t OpenAPIObjectContainer::size() const noexcept {
