@@ -2,6 +2,7 @@
 
 #include "sandbox/Authentication.hpp"
 #include "sandbox/DateTime.hpp"
+#include "sandbox/Links.hpp"
 #include "sandbox/Problem.hpp"
 
 #include <nlohmann/json.hpp>
@@ -80,16 +81,14 @@ Range rangeOf(Session& database, const Request& request) {
 // The sections asked for; all where none is named.
 class Content {
 public:
-    explicit Content(const Request& request) {
-        const auto [begin, end] = request.query.equal_range("content");
-        for (auto parameter = begin; parameter != end; ++parameter) {
-            const std::string& name = parameter->second;
+    explicit Content(const Request& request)
+        : names_(request.queryTexts("content")) {
+        for (const std::string& name : names_) {
             if (name != timelineContent && std::none_of(breakdowns.begin(), breakdowns.end(), [&](const auto& known) {
                     return name == known.content;
                 })) {
                 throw Problem::badRequest("There is no section \"" + name + "\".");
             }
-            names_.push_back(name);
         }
     }
 
@@ -106,8 +105,8 @@ Json entries(Session& database, const std::string& link, const Unit& unit, const
     const auto rows = database.rows(
         "WITH RECURSIVE units(date) AS ("
         "SELECT strftime(?1, ?5, ?2, ?3) UNION ALL "
-        "SELECT strftime('%Y-%m-%dT%H:%M:%SZ', date, ?4) FROM units "
-        "WHERE strftime('%Y-%m-%dT%H:%M:%SZ', date, ?4) <= ?6 LIMIT ?8), "
+        "SELECT strftime(" DATE_TIME_FORMAT ", date, ?4) FROM units "
+        "WHERE strftime(" DATE_TIME_FORMAT ", date, ?4) <= ?6 LIMIT ?8), "
         "counts(date, clicks) AS (SELECT strftime(?1, at, ?2, ?3), count(*) FROM clicks "
         "WHERE link_id = ?7 AND at BETWEEN ?5 AND ?6 GROUP BY 1) "
         "SELECT units.date, coalesce(clicks, 0) FROM units LEFT JOIN counts USING (date) ORDER BY 1",
@@ -129,10 +128,7 @@ Json entries(Session& database, const std::string& link, const Unit& unit, const
 }
 
 Response getLinkAnalytics(Session& database, const Request& request, const Account& account) {
-    const std::string& link = request.parameters.at(0);
-    if (!database.first("SELECT 1 FROM links WHERE id = ? AND account_id = ?", {link, account.id})) {
-        throw Problem::notFound("There is no link with the id \"" + link + "\".");
-    }
+    const std::string& link = requireLink(database, request, account);
     const Unit& unit = unitOf(request);
     const Range range = rangeOf(database, request);
     const Content content(request);

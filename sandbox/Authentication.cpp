@@ -1,5 +1,6 @@
 #include "sandbox/Authentication.hpp"
 
+#include "sandbox/DateTime.hpp"
 #include "sandbox/Identifiers.hpp"
 #include "sandbox/Problem.hpp"
 
@@ -42,7 +43,7 @@ Account authenticate(Session& database, const Request& request) {
     const std::string digest = digestOf(bearerKey(request));
     const auto row = database.first("SELECT account_id FROM api_keys WHERE digest = ?", {digest});
     if (!row) throw Problem::unauthorized("The API key is not known.");
-    database.execute("UPDATE api_keys SET last_used_at = strftime('%Y-%m-%dT%H:%M:%SZ') WHERE digest = ?", {digest});
+    database.execute("UPDATE api_keys SET last_used_at = strftime(" DATE_TIME_FORMAT ") WHERE digest = ?", {digest});
     return Account{row->text(0)};
 }
 

@@ -38,7 +38,7 @@ Visit visitOf(Session& database, const Request& request) {
     Visit visit;
     const auto time = request.header("x-sandbox-time");
     visit.time = time ? checkedDateTime(database, "X-Sandbox-Time", *time)
-                      : database.first("SELECT strftime('%Y-%m-%dT%H:%M:%SZ')")->text(0);
+                      : database.first("SELECT strftime(" DATE_TIME_FORMAT ")")->text(0);
     visit.country = request.header("x-sandbox-country");
     if (visit.country && !isCountryCode(*visit.country)) {
         throw Problem::badRequest("\"X-Sandbox-Country\" takes two capital letters.");

@@ -9,7 +9,7 @@ std::string checkedDateTime(Session& database, const std::string& key, const std
     constexpr std::size_t shortest = 20;
     if (text.size() >= shortest && text[10] == 'T') {
         const auto row = database.first(
-            "SELECT strftime('%Y-%m-%dT%H:%M:%SZ', ?1) "
+            "SELECT strftime(" DATE_TIME_FORMAT ", ?1) "
             "WHERE date(substr(?1, 1, 10), '+0 days') = substr(?1, 1, 10)",
             {text}
         );

@@ -183,7 +183,7 @@ Response updateDomain(Session& database, const Request& request, const Account& 
         );
     }
     if (redirectUrl) {
-        if (!isWebAddress(*redirectUrl)) throw Problem::badRequest("\"redirectUrl\" must be an http or https address.");
+        requireWebAddress("redirectUrl", *redirectUrl);
         domain.redirectUrl = redirectUrl;
         database.execute("UPDATE domains SET redirect_url = ? WHERE id = ?", {*redirectUrl, domain.id});
     }

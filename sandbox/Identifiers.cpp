@@ -4,27 +4,29 @@
 
 namespace sandbox {
 
-std::string makeIdentifier(std::string_view prefix, int bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
+namespace {
+
+void appendRandom(std::string& out, std::size_t count, std::string_view characters) {
     std::random_device source;
-    std::uniform_int_distribution<std::size_t> digit(0, digits.size() - 1);
+    std::uniform_int_distribution<std::size_t> position(0, characters.size() - 1);
+    for (std::size_t i = 0; i < count; ++i) {
+        out += characters[position(source)];
+    }
+}
+
+} // namespace
+
+std::string makeIdentifier(std::string_view prefix, std::size_t bytes) {
     std::string result(prefix);
     result += '_';
-    for (int i = 0; i < 2 * bytes; ++i) {
-        result += digits[digit(source)];
-    }
+    appendRandom(result, 2 * bytes, "0123456789abcdef");
     return result;
 }
 
 std::string makeSlug() {
-    constexpr std::string_view characters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
     constexpr std::size_t length = 7;
-    std::random_device source;
-    std::uniform_int_distribution<std::size_t> character(0, characters.size() - 1);
     std::string result;
-    while (result.size() < length) {
-        result += characters[character(source)];
-    }
+    appendRandom(result, length, "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
     return result;
 }
 

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace sandbox {
 
 /// A fresh, unguessable identifier: the prefix, an underscore and `bytes` random bytes in hexadecimal.
-std::string makeIdentifier(std::string_view prefix, int bytes = 8);
+std::string makeIdentifier(std::string_view prefix, std::size_t bytes = 8);
 
 /// A fresh slug for a short link: seven letters and digits.
 std::string makeSlug();

@@ -68,19 +68,13 @@ struct NewLink {
     std::optional<std::string> slug;
 };
 
-void checkAddress(const char* key, const std::string& address) {
-    if (!isWebAddress(address)) {
-        throw Problem::badRequest("\"" + std::string(key) + "\" must be an http or https address.");
-    }
-}
-
 std::string regionRedirectsOf(const std::vector<Body>& records) {
     Json redirects = Json::array();
     for (const Body& record : records) {
         const std::string country = record.text("countryCode");
         const std::string url = record.text("url");
         if (!isCountryCode(country)) throw Problem::badRequest("\"countryCode\" must be two capital letters.");
-        checkAddress("url", url);
+        requireWebAddress("url", url);
         redirects.push_back({{"countryCode", country}, {"url", url}});
     }
     return redirects.dump();
@@ -89,13 +83,13 @@ std::string regionRedirectsOf(const std::vector<Body>& records) {
 LinkContent contentOf(Session& database, const Body& body) {
     LinkContent content;
     content.destinationURL = body.optionalText("destinationUrl");
-    if (content.destinationURL) checkAddress("destinationUrl", *content.destinationURL);
+    if (content.destinationURL) requireWebAddress("destinationUrl", *content.destinationURL);
     for (std::size_t i = 0; i < textFields.size(); ++i) {
         const TextField& field = textFields[i];
         content.texts[i] = body.optionalText(field.keyOfRequest);
         if (!content.texts[i] || content.texts[i]->empty()) continue;
         if (field.isAddress) {
-            checkAddress(field.keyOfRequest, *content.texts[i]);
+            requireWebAddress(field.keyOfRequest, *content.texts[i]);
         } else if (content.texts[i]->size() > longestText) {
             throw Problem::badRequest(
                 "\"" + std::string(field.keyOfRequest) + "\" takes at most " + std::to_string(longestText) + " bytes."
@@ -142,14 +136,6 @@ std::string freeSlug(Session& database, const std::string& domain) {
         std::string slug = makeSlug();
         if (isFree(database, domain, slug)) return slug;
     }
-}
-
-std::string linkOf(Session& database, const Request& request, const Account& account) {
-    const std::string& id = request.parameters.at(0);
-    if (!database.first("SELECT 1 FROM links WHERE id = ? AND account_id = ?", {id, account.id})) {
-        throw Problem::notFound("There is no link with the id \"" + id + "\".");
-    }
-    return id;
 }
 
 // Writes what has a value, and leaves the rest as it is.
@@ -248,11 +234,7 @@ std::string containing(const std::string& text) {
 
 // A list for `json_each`, so that one statement takes any number of values.
 std::string listOf(const Request& request, const char* name) {
-    Json list = Json::array();
-    const auto [begin, end] = request.query.equal_range(name);
-    for (auto parameter = begin; parameter != end; ++parameter) {
-        list.push_back(parameter->second);
-    }
+    const Json list = request.queryTexts(name);
     return list.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
@@ -304,7 +286,7 @@ Response importLinks(Session& database, const Request& request, const Account& a
     const std::string domain = requireReadyDomain(database, account.id, builtInDomainName);
     Json imported = Json::array();
     for (const std::string& original : Body(request).texts("links")) {
-        checkAddress("links", original);
+        requireWebAddress("links", original);
         const std::string rest = original.substr(original.find("//") + 2);
         if (!rest.starts_with(importedHost)) {
             throw Problem::badRequest("\"" + original + "\" is not an address of goo.gl.");
@@ -333,13 +315,13 @@ Response claimLinks(Session& database, const Request& request, const Account& ac
 }
 
 Response updateLink(Session& database, const Request& request, const Account& account) {
-    const std::string id = linkOf(database, request, account);
+    const std::string& id = requireLink(database, request, account);
     write(database, id, account.id, contentOf(database, Body(request)));
     return Response::json(200, linkBody(database, request, id));
 }
 
 Response deleteLink(Session& database, const Request& request, const Account& account) {
-    database.execute("DELETE FROM links WHERE id = ?", {linkOf(database, request, account)});
+    database.execute("DELETE FROM links WHERE id = ?", {requireLink(database, request, account)});
     return Response::empty(200);
 }
 
@@ -354,6 +336,14 @@ void addLinkRoutes(Router& router) {
     router.add("POST", "/links/claim", withAccount(claimLinks));
     router.add("PUT", "/links/{}", withAccount(updateLink));
     router.add("DELETE", "/links/{}", withAccount(deleteLink));
+}
+
+const std::string& requireLink(Session& database, const Request& request, const Account& account) {
+    const std::string& id = request.parameters.at(0);
+    if (!database.first("SELECT 1 FROM links WHERE id = ? AND account_id = ?", {id, account.id})) {
+        throw Problem::notFound("There is no link with the id \"" + id + "\".");
+    }
+    return id;
 }
 
 } // namespace sandbox

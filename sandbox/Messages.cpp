@@ -16,6 +16,15 @@ std::optional<std::string> Request::queryText(const std::string& name) const {
     return found->second;
 }
 
+std::vector<std::string> Request::queryTexts(const std::string& name) const {
+    std::vector<std::string> texts;
+    const auto [begin, end] = query.equal_range(name);
+    for (auto parameter = begin; parameter != end; ++parameter) {
+        texts.push_back(parameter->second);
+    }
+    return texts;
+}
+
 std::string Request::origin() const {
     return "http://" + header("host").value_or("127.0.0.1");
 }

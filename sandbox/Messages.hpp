@@ -38,6 +38,9 @@ struct Request {
     /// Of a repeated parameter, the first.
     std::optional<std::string> queryText(const std::string& name) const;
 
+    /// Of a repeated parameter, all of them in their order.
+    std::vector<std::string> queryTexts(const std::string& name) const;
+
     /// Where the caller reached the sandbox, such as "http://127.0.0.1:3000": the beginning of every address that it
     /// hands out for itself.
     std::string origin() const;

@@ -79,7 +79,7 @@ void subscribe(Session& database, const std::string& account, const Package& pac
         throw Problem::badRequest("The subscription is managed in the store where it was bought.");
     }
     const char* const after = package.interval == "year" ? "+1 year" : "+1 month";
-    const auto expiration = database.first("SELECT strftime('%Y-%m-%dT%H:%M:%SZ', 'now', ?)", {after});
+    const auto expiration = database.first("SELECT strftime(" DATE_TIME_FORMAT ", 'now', ?)", {after});
     setSubscription(database, account, ownStore, package.plan, package.priceID(), expiration->text(0));
 }
 
@@ -210,7 +210,7 @@ Response cancelSubscription(Session& database, const Request& request) {
     const auto subscription = subscriptionOf(database, page.account);
     if (subscription && subscription->isActive() && subscription->store == ownStore) {
         database.execute(
-            "UPDATE subscriptions SET is_canceled = 1, expires_at = strftime('%Y-%m-%dT%H:%M:%SZ') WHERE id = ?",
+            "UPDATE subscriptions SET is_canceled = 1, expires_at = strftime(" DATE_TIME_FORMAT ") WHERE id = ?",
             {subscription->id}
         );
     }

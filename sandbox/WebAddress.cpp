@@ -1,7 +1,10 @@
 #include "sandbox/WebAddress.hpp"
 
+#include "sandbox/Problem.hpp"
+
 #include <algorithm>
 #include <cctype>
+#include <string_view>
 
 namespace sandbox {
 
@@ -16,8 +19,6 @@ bool hasPrefix(std::string_view text, std::string_view lowerCasePrefix) {
            });
 }
 
-} // namespace
-
 bool isWebAddress(std::string_view text) {
     if (text.size() > longestAddress) return false;
     if (std::any_of(text.begin(), text.end(), [](unsigned char c) { return c <= 0x20 || c == 0x7f; })) return false;
@@ -27,6 +28,13 @@ bool isWebAddress(std::string_view text) {
         return !rest.empty() && std::string_view(":/?#").find(rest.front()) == std::string_view::npos;
     }
     return false;
+}
+
+} // namespace
+
+void requireWebAddress(const char* key, const std::string& address) {
+    if (isWebAddress(address)) return;
+    throw Problem::badRequest("\"" + std::string(key) + "\" must be an http or https address.");
 }
 
 } // namespace sandbox
