@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <numeric>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,12 +38,17 @@ struct Comparison {
     }
 };
 
-/// Runs the contenders in turn for `rounds` rounds after one uncounted round each.
+/// Runs the contenders in turn for `rounds` rounds after one uncounted round each, every round in another order: what
+/// one leaves behind in the heap and the caches is no matter of who comes next to it.
 inline Comparison compare(const std::vector<Contender>& contenders, int rounds = 41) {
     using Clock = std::chrono::steady_clock;
     std::vector<std::vector<double>> samples(contenders.size());
+    std::vector<std::size_t> order(contenders.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::minstd_rand random(1);
     for (int round = -1; round < rounds; ++round) {
-        for (std::size_t i = 0; i < contenders.size(); ++i) {
+        std::shuffle(order.begin(), order.end(), random);
+        for (const std::size_t i : order) {
             const auto start = Clock::now();
             contenders[i].run();
             const auto elapsed = std::chrono::duration<double, std::nano>(Clock::now() - start).count();
