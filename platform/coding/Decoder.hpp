@@ -40,6 +40,7 @@ class Decoder;
 class KeyedDecodingContainer;
 class UnkeyedDecodingContainer;
 class SingleValueDecodingContainer;
+class RecordFields;
 class ValueEvents;
 struct UserInfo;
 
@@ -127,6 +128,10 @@ public:
     /// under that key. Each key comes once. False at the end.
     /// @param cursor 0 at the start; whatever the coder stores there in between
     [[nodiscard]] virtual bool nextKey(std::size_t& cursor, std::string& key) const = 0;
+    /// Reads all fields of a record, and fails, in the order of declaration. A coder that can find the members of an
+    /// object better together than one by one does so here.
+    /// @param record of the type that `fields` describes
+    virtual void fields(const RecordFields& fields, void* record);
 
 protected:
     ~KeyedReader() = default;
@@ -153,6 +158,22 @@ template <class Place, class T>
 [[nodiscard]] Read readValue(ValueReader<Place>& reader, Place place, T& out);
 template <class T>
 [[nodiscard]] bool tryRead(SingleValueReader& reader, T& out);
+
+/// Reads a member of any type; throws where it is missing, null, of another kind or out of range.
+template <class T>
+void readMember(KeyedReader& reader, std::string_view key, T& out) {
+    const Read read = readValue(static_cast<ValueReader<std::string_view>&>(reader), key, out);
+    if (read != Read::ok) reader.fail(read, key, typeNameOf<T>());
+}
+
+/// Reads a member that may be missing or null; throws where it is of another kind or out of range.
+template <class T>
+void readMemberIfPresent(KeyedReader& reader, std::string_view key, std::optional<T>& out) {
+    const Read read = readValue(static_cast<ValueReader<std::string_view>&>(reader), key, emplaceBlank(out));
+    if (read == Read::ok) return;
+    out.reset();
+    if (read != Read::absent && read != Read::null) reader.fail(read, key, typeNameOf<T>());
+}
 } // namespace detail
 
 /// The members of an object, read by key in any order; reading them in coded order is cheapest. Of a key that comes
@@ -177,8 +198,7 @@ public:
     /// @throws DecodingError where it is missing, null, of another kind or out of range
     template <class T>
     void decode(std::string_view key, T& out) {
-        const Read read = detail::readValue(static_cast<ValueReader<std::string_view>&>(implementation()), key, out);
-        if (read != Read::ok) implementation().fail(read, key, typeNameOf<T>());
+        detail::readMember(implementation(), key, out);
     }
 
     template <class T>
@@ -192,12 +212,7 @@ public:
     /// @throws DecodingError where it is of another kind or out of range
     template <class T>
     void decodeIfPresent(std::string_view key, std::optional<T>& out) {
-        const Read read = detail::readValue(
-            static_cast<ValueReader<std::string_view>&>(implementation()), key, detail::emplaceBlank(out)
-        );
-        if (read == Read::ok) return;
-        out.reset();
-        if (read != Read::absent && read != Read::null) implementation().fail(read, key, typeNameOf<T>());
+        detail::readMemberIfPresent(implementation(), key, out);
     }
 
     template <class T>

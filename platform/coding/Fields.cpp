@@ -2,32 +2,32 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace platform::inline v1 {
 
-namespace {
-
-void* memberOf(void* record, const detail::FieldSlot& slot) noexcept {
-    return static_cast<std::byte*>(record) + slot.offset;
-}
-
-const void* memberOf(const void* record, const detail::FieldSlot& slot) noexcept {
-    return static_cast<const std::byte*>(record) + slot.offset;
-}
-
-} // namespace
-
-void RecordFields::sortByKey(std::span<const detail::FieldSlot> slots, std::span<std::uint16_t> sorted) {
+void RecordFields::index(std::span<detail::FieldSlot> slots, std::span<std::uint16_t> sorted) noexcept {
+    for (std::size_t i = slots.size(); i-- > 0;) { // backwards: of two fields with one key the first is to be found
+        detail::FieldSlot& slot = slots[i];
+        slot.hash = detail::keyHash(slot.key);
+        slot.nextInClass =
+            std::exchange(firstInClass_[slot.hash % detail::keyHashClasses], static_cast<std::uint16_t>(i));
+    }
     std::iota(sorted.begin(), sorted.end(), std::uint16_t{0});
     std::sort(sorted.begin(), sorted.end(), [&](std::uint16_t a, std::uint16_t b) {
         return slots[a].key < slots[b].key;
     });
 }
 
+void KeyedReader::fields(const RecordFields& fields, void* record) {
+    for (const detail::FieldSlot& slot : fields.slots())
+        slot.operations->decode(*this, slot.key, slot.memberOf(record));
+}
+
 std::size_t hashRecord(const RecordFields& fields, const void* record) noexcept {
     std::size_t hash = fields.slots().size();
     for (const auto& slot : fields.slots())
-        hash = combinedHash(hash, slot.operations->hash(memberOf(record, slot)));
+        hash = combinedHash(hash, slot.operations->hash(slot.memberOf(record)));
     return hash;
 }
 
@@ -38,7 +38,7 @@ void describeRecord(std::string& out, const RecordFields& fields, const void* re
         if (&slot != fields.slots().data()) out += ", ";
         out += slot.label;
         out += ": ";
-        slot.operations->describe(out, memberOf(record, slot));
+        slot.operations->describe(out, slot.memberOf(record));
     }
     out += ')';
 }
@@ -46,9 +46,7 @@ void describeRecord(std::string& out, const RecordFields& fields, const void* re
 namespace detail {
 
 void decodeRecord(const RecordFields& fields, Decoder& decoder, void* out) {
-    auto container = decoder.container();
-    for (const auto& slot : fields.slots())
-        slot.operations->decode(container, slot.key, memberOf(out, slot));
+    decoder.container().implementation().fields(fields, out);
 }
 
 bool mayDecodeRecord(const RecordFields& fields, Decoder& decoder) {
@@ -68,7 +66,7 @@ void encodeRecord(const RecordFields& fields, Encoder& encoder, const void* reco
     auto container = encoder.container();
     const auto slots = fields.slots();
     const auto encode = [&](const FieldSlot& slot) {
-        slot.operations->encode(container, slot.key, memberOf(record, slot));
+        slot.operations->encode(container, slot.key, slot.memberOf(record));
     };
     if (container.implementation().prefersSortedKeys()) {
         for (const std::uint16_t index : fields.sorted())

@@ -4,6 +4,7 @@
 #include "platform/Export.hpp"
 #include "platform/coding/Coding.hpp"
 #include "platform/coding/HashValue.hpp"
+#include "platform/coding/KeyHash.hpp"
 #include "platform/coding/Record.hpp"
 
 #include <array>
@@ -34,7 +35,7 @@ namespace detail {
 
 /// What can be done to a field, by its type.
 struct FieldOperations {
-    void (*decode)(KeyedDecodingContainer& container, std::string_view key, void* member);
+    void (*decode)(KeyedReader& reader, std::string_view key, void* member);
     void (*encode)(KeyedEncodingContainer& container, std::string_view key, const void* member);
     std::size_t (*hash)(const void* member);
     void (*describe)(std::string& out, const void* member);
@@ -64,11 +65,11 @@ consteval CodedKind codedKindOf() {
 
 template <class M>
 inline constexpr FieldOperations fieldOperations{
-    [](KeyedDecodingContainer& container, std::string_view key, void* member) {
+    [](KeyedReader& reader, std::string_view key, void* member) {
         if constexpr (isOptional<M>) {
-            container.decodeIfPresent(key, *static_cast<M*>(member));
+            readMemberIfPresent(reader, key, *static_cast<M*>(member));
         } else {
-            container.decode(key, *static_cast<M*>(member));
+            readMember(reader, key, *static_cast<M*>(member));
         }
     },
     [](KeyedEncodingContainer& container, std::string_view key, const void* member) {
@@ -95,7 +96,15 @@ struct FieldSlot {
     std::string_view key;
     std::string_view label;
     const FieldOperations* operations = nullptr;
-    std::size_t offset = 0; ///< of the member in the record, in bytes
+    std::size_t offset = 0;             ///< of the member in the record, in bytes
+    std::uint32_t hash = 0;             ///< of the key
+    std::uint16_t nextInClass = 0xFFFF; ///< the next field whose hash is of the same class
+
+    [[nodiscard]] void* memberOf(void* record) const noexcept { return static_cast<std::byte*>(record) + offset; }
+
+    [[nodiscard]] const void* memberOf(const void* record) const noexcept {
+        return static_cast<const std::byte*>(record) + offset;
+    }
 };
 
 } // namespace detail
@@ -129,23 +138,37 @@ public:
     /// The positions of the fields in ascending order of their keys.
     [[nodiscard]] std::span<const std::uint16_t> sorted() const noexcept { return sorted_; }
 
+    /// The position of the field with a key; the number of fields where there is none.
+    [[nodiscard]] std::size_t find(std::string_view key) const noexcept {
+        const std::uint32_t hash = detail::keyHash(key);
+        for (std::size_t at = firstInClass_[hash % detail::keyHashClasses]; at < slots_.size();) {
+            const detail::FieldSlot& slot = slots_[at];
+            if (slot.hash == hash && slot.key == key) return at;
+            at = slot.nextInClass;
+        }
+        return slots_.size();
+    }
+
 protected:
     RecordFields(
         std::string_view typeName, std::span<detail::FieldSlot> slots, std::span<std::uint16_t> sorted
     ) noexcept
         : typeName_(typeName)
         , slots_(slots)
-        , sorted_(sorted) {}
+        , sorted_(sorted) {
+        firstInClass_.fill(0xFFFF);
+    }
 
     ~RecordFields() = default;
 
     /// To be called once the slots are filled.
-    static void sortByKey(std::span<const detail::FieldSlot> slots, std::span<std::uint16_t> sorted);
+    void index(std::span<detail::FieldSlot> slots, std::span<std::uint16_t> sorted) noexcept;
 
 private:
     std::string_view typeName_;
     std::span<const detail::FieldSlot> slots_;
     std::span<const std::uint16_t> sorted_;
+    std::array<std::uint16_t, detail::keyHashClasses> firstInClass_{}; ///< where the search of a class begins
 };
 
 /// The fields of the record `T`. To be made once, as a static object, in place.
@@ -166,7 +189,7 @@ public:
         slots_ = {detail::FieldSlot{
             fields.key, fields.label, &detail::fieldOperations<M>, offsetOf(probe.*(fields.member))
         }...};
-        sortByKey(slots_, sorted_);
+        index(slots_, sorted_);
     }
 
 private:
@@ -184,7 +207,7 @@ class FieldValue {
 public:
     FieldValue(const detail::FieldSlot& slot, const void* record) noexcept
         : slot_(&slot)
-        , member_(static_cast<const std::byte*>(record) + slot.offset) {}
+        , member_(slot.memberOf(record)) {}
 
     /// The key that the field has when coded.
     [[nodiscard]] std::string_view key() const noexcept { return slot_->key; }
@@ -196,7 +219,7 @@ public:
 
 private:
     const detail::FieldSlot* slot_;
-    const std::byte* member_;
+    const void* member_;
 };
 
 template <>

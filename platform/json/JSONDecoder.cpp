@@ -1,11 +1,16 @@
 #include "platform/json/JSONDecoder.hpp"
 
+#include "platform/coding/Fields.hpp"
+#include "platform/coding/KeyHash.hpp"
 #include "platform/coding/ValueEvents.hpp"
 #include "platform/json/detail/JSONDocument.hpp"
 #include "platform/json/detail/JSONNumber.hpp"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
+#include <span>
 
 namespace platform::inline v1 {
 
@@ -324,10 +329,7 @@ public:
     ObjectReader(const Source& source, std::uint32_t object, const PathFrame& frame) noexcept
         : Readers(source, frame)
         , object_(object)
-        , next_(object + 1)
-        , hasUniqueKeys_(
-              node(object).count <= JSONDocument::indexedFrom && (node(object).flags & JSONNode::mayRepeatKeys) == 0
-          ) {}
+        , next_(object + 1) {}
 
     [[nodiscard]] bool contains(std::string_view key) const override {
         std::uint32_t index = 0;
@@ -347,7 +349,7 @@ public:
         auto at = cursor == 0 ? object_ + 1 : static_cast<std::uint32_t>(cursor);
         for (; at != end; at = source_.document.behind(at + 1)) {
             source_.document.assignString(node(at), key);
-            if (hasUniqueKeys_ || source_.document.firstMember(object_, key) == at + 1) {
+            if (hasUniqueKeys() || source_.document.firstMember(object_, key) == at + 1) {
                 given_ = at;
                 cursor = source_.document.behind(at + 1);
                 return true;
@@ -371,10 +373,34 @@ public:
         return std::make_unique<ValueDecoder>(source_, index, frameFor(key));
     }
 
+    void fields(const RecordFields& fields, void* record) override {
+        const auto slots = fields.slots();
+        std::array<std::uint32_t, 64> members; // NOLINT(cppcoreguidelines-pro-type-member-init): filled below
+        if (slots.size() > members.size()) return KeyedReader::fields(fields, record);
+        findMembers(fields, std::span(members).first(slots.size()));
+        for (std::size_t i = 0; i < slots.size(); ++i) {
+            const detail::FieldSlot& slot = slots[i];
+            void* const member = slot.memberOf(record);
+            const bool isMissing = members[i] == JSONDocument::none;
+            if (isMissing && !slot.operations->isRequired && !slot.operations->hasValue(member)) continue;
+            asked_ = slot.key.data();
+            askedMember_ = members[i];
+            slot.operations->decode(*this, slot.key, member);
+        }
+        asked_ = nullptr;
+    }
+
     bool locate(std::string_view key, std::uint32_t& index) {
-        const std::uint32_t end = node(object_).extent;
+        if (key.data() == asked_) {
+            index = askedMember_ + 1;
+            return askedMember_ != JSONDocument::none;
+        }
+        return search(key, index);
+    }
+
+    [[gnu::noinline]] bool search(std::string_view key, std::uint32_t& index) {
         // Wire order equal to the order of lookups costs one comparison a member.
-        if (hasUniqueKeys_ && next_ != end && source_.document.raw(node(next_)) == key) {
+        if (hasUniqueKeys() && next_ != node(object_).extent && source_.document.raw(node(next_)) == key) {
             index = next_ + 1;
             next_ = source_.document.behind(index);
             return true;
@@ -389,17 +415,12 @@ public:
             index = given_ + 1;
             return true;
         }
-        if (!hasUniqueKeys_) {
+        if (!hasUniqueKeys()) {
             index = source_.document.firstMember(object_, key);
             return index != JSONDocument::none;
         }
-        const std::uint32_t hash = detail::jsonKeyHash(key);
-        if ((keys_ & detail::jsonKeyBit(hash)) == 0) return false;
-        std::uint64_t seen = 0;
-        const bool isFound = findBetween(next_, node(object_).extent, key, hash, index, seen) ||
-                             findBetween(object_ + 1, next_, key, hash, index, seen);
-        if (!isFound) keys_ = seen;
-        return isFound;
+        if ((keyHashes_ & detail::keyHashBit(detail::keyHash(key))) == 0) return false;
+        return findBetween(next_, node(object_).extent, key, index) || findBetween(object_ + 1, next_, key, index);
     }
 
     [[nodiscard]] PathFrame frameFor(std::string_view key) const noexcept { return PathFrame::member(frame_, key); }
@@ -422,31 +443,62 @@ private:
         return index;
     }
 
-    bool findBetween(
-        std::uint32_t at,
-        std::uint32_t end,
-        std::string_view key,
-        std::uint32_t hash,
-        std::uint32_t& index,
-        std::uint64_t& seen
-    ) const noexcept {
+    bool findBetween(std::uint32_t at, std::uint32_t end, std::string_view key, std::uint32_t& index) const noexcept {
         for (; at != end; at = source_.document.behind(at + 1)) {
-            const JSONNode& candidate = node(at);
-            if (candidate.count == hash && source_.document.raw(candidate) == key) {
+            if (source_.document.raw(node(at)) == key) {
                 index = at + 1;
                 return true;
             }
-            seen |= detail::jsonKeyBit(candidate.count);
         }
         return false;
+    }
+
+    /// Finds the members of a record's fields in one walk over the object; those that come in the order of declaration
+    /// at the cost of one comparison each.
+    void findMembers(const RecordFields& fields, std::span<std::uint32_t> members) const {
+        std::fill(members.begin(), members.end(), JSONDocument::none);
+        const auto slots = fields.slots();
+        const std::uint32_t end = node(object_).extent;
+        std::string unescaped;
+        std::size_t expected = 0;
+        for (std::uint32_t at = object_ + 1; at != end; at = source_.document.behind(at + 1)) {
+            const std::string_view key = textOf(source_.document, node(at), unescaped);
+            const bool isExpected = expected < slots.size() && slots[expected].key == key;
+            const std::size_t field = isExpected ? expected : fields.find(key);
+            if (field == slots.size()) continue;
+            if (members[field] == JSONDocument::none) members[field] = at; // of a key that comes twice the first counts
+            expected = field + 1;
+        }
+    }
+
+    /// Whether no key comes twice, the keys are few enough to be searched one by one, and none of them has escapes.
+    [[nodiscard]] bool hasUniqueKeys() const {
+        if (!areKeysKnown_) lookAtKeys();
+        return areKeysUnique_;
+    }
+
+    void lookAtKeys() const {
+        areKeysKnown_ = true;
+        areKeysUnique_ = node(object_).count <= JSONDocument::indexedFrom;
+        const std::uint32_t end = node(object_).extent;
+        for (std::uint32_t at = object_ + 1; areKeysUnique_ && at != end; at = source_.document.behind(at + 1)) {
+            const std::string_view key = source_.document.raw(node(at));
+            const std::uint64_t bit = detail::keyHashBit(detail::keyHash(key));
+            std::uint32_t same = 0;
+            areKeysUnique_ = (node(at).flags & JSONNode::hasEscapes) == 0 &&
+                             ((keyHashes_ & bit) == 0 || !findBetween(object_ + 1, at, key, same));
+            keyHashes_ |= bit;
+        }
     }
 
     std::uint32_t object_;
     std::uint32_t next_;                               ///< the key where the next lookup starts
     mutable std::uint32_t given_ = JSONDocument::none; ///< the key that `nextKey` told last
-    /// The bits of the keys' hashes, once a search has seen them all; records have many members that may be missing.
-    mutable std::uint64_t keys_ = ~std::uint64_t{0};
-    bool hasUniqueKeys_; ///< and all of them without escapes
+    const char* asked_ = nullptr; ///< where the key stands that `fields` asks for: it needs no second comparison
+    std::uint32_t askedMember_ = JSONDocument::none; ///< and its member, if there is one
+    mutable bool areKeysKnown_ = false;
+    mutable bool areKeysUnique_ = false;  ///< see `hasUniqueKeys`
+    mutable std::uint64_t keyHashes_ = 0; ///< the bits of all keys' hashes: they tell most keys that are missing
 };
 
 class ArrayReader final : public Readers<ArrayReader, UnkeyedReader, Here> {

@@ -56,6 +56,23 @@ namespace platform::inline v1::detail {
     return at;
 }
 
+/// Copies [at, end) up to the first backslash, and tells where that is; `end` where there is none.
+/// @param out has room for all of [at, end): what stands behind the copied bytes there has no meaning afterwards
+[[nodiscard]] inline const char* copyToBackslash(char* out, const char* at, const char* end) noexcept {
+#if defined(__SSE2__)
+    const __m128i backslash = _mm_set1_epi8('\\');
+    for (; end - at >= 16; at += 16, out += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
+        if (const int mask = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, backslash)); mask != 0)
+            return at + std::countr_zero(static_cast<unsigned>(mask));
+    }
+#endif
+    while (at != end && *at != '\\')
+        *out++ = *at++;
+    return at;
+}
+
 /// Whether none of 16 bytes, given as two words, is special or equals `also`.
 [[nodiscard]] inline bool isPlainInString(std::uint64_t first, std::uint64_t second, char also) noexcept {
 #if defined(__SSE2__)

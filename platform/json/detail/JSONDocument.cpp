@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 
 namespace platform::inline v1::detail {
 
@@ -53,8 +54,31 @@ std::size_t utf8SequenceLength(const char* at, const char* end) noexcept {
     return 0;
 }
 
-void appendUTF8(char32_t scalar, std::string& out) {
-    const auto put = [&out](char32_t bits) { out += static_cast<char>(static_cast<unsigned char>(bits)); };
+/// What the letter behind a backslash stands for (RFC 8259 section 7), 'u' left aside; 0 where it is none.
+constexpr char escapedBy(char letter) noexcept {
+    switch (letter) {
+    case '"':
+    case '\\':
+    case '/':
+        return letter;
+    case 'b':
+        return '\b';
+    case 'f':
+        return '\f';
+    case 'n':
+        return '\n';
+    case 'r':
+        return '\r';
+    case 't':
+        return '\t';
+    default:
+        return 0;
+    }
+}
+
+/// Writes a scalar in UTF-8; returns what is behind it.
+char* putUTF8(char32_t scalar, char* out) noexcept {
+    const auto put = [&out](char32_t bits) { *out++ = static_cast<char>(static_cast<unsigned char>(bits)); };
     if (scalar < 0x80) {
         put(scalar);
     } else if (scalar < 0x800) {
@@ -70,7 +94,20 @@ void appendUTF8(char32_t scalar, std::string& out) {
         put(0x80U | ((scalar >> 6U) & 0x3FU));
         put(0x80U | (scalar & 0x3FU));
     }
+    return out;
 }
+
+/// The scalar of one or two \u escapes, which have been checked, and what is behind them.
+std::pair<char32_t, const char*> unicodeEscape(const char* at) noexcept {
+    const auto first = static_cast<char32_t>(hexQuad(at + 2));
+    if (first < 0xD800 || first > 0xDBFF) return {first, at + 6};
+    const auto second = static_cast<char32_t>(hexQuad(at + 8));
+    return {0x10000 + ((first - 0xD800) << 10U) + (second - 0xDC00), at + 12};
+}
+
+/// In nodes, 2 MiB in bytes: what a text of about one megabyte needs. Giving so large a block back to the system and
+/// taking it anew, page by page, would cost a third of the time of decoding such a text.
+constexpr std::uint32_t largestSpareRoom = 128 * 1024;
 
 } // namespace
 
@@ -96,12 +133,6 @@ public:
     }
 
 private:
-    /// A container that is not closed yet.
-    struct Open {
-        std::uint32_t node;
-        std::uint64_t keysSeen; ///< one bit for each hash of a key
-    };
-
     [[noreturn]] void fail(const char* reason, const char* where) const {
         throw DecodingError::dataCorrupted(CodingErrorContext(
             CodingPath(),
@@ -135,11 +166,11 @@ private:
             case '[': {
                 const bool isObject = c == '{';
                 if (depth_ == open_.size()) fail("more than 512 containers inside one another", at_);
-                open_[depth_++] = {add(isObject ? JSONKind::object : JSONKind::array, at_), 0};
+                open_[depth_++] = add(isObject ? JSONKind::object : JSONKind::array, at_);
                 ++at_;
                 skipSpace();
                 if (peek() == (isObject ? '}' : ']')) return close();
-                ++document_.nodes_[open_[depth_ - 1].node].count;
+                ++document_.nodes_[open_[depth_ - 1]].count;
                 if (isObject) key();
                 break;
             }
@@ -162,7 +193,7 @@ private:
     bool goOn() {
         while (depth_ > 0) {
             skipSpace();
-            const std::uint32_t container = open_[depth_ - 1].node;
+            const std::uint32_t container = open_[depth_ - 1];
             const bool isObject = document_.nodes_[container].kind == JSONKind::object;
             const char c = peek();
             if (c == ',') {
@@ -182,7 +213,7 @@ private:
 
     void close() {
         ++at_;
-        document_.nodes_[open_[--depth_].node].extent = document_.size_;
+        document_.nodes_[open_[--depth_]].extent = document_.size_;
     }
 
     void literal(std::string_view text, JSONKind kind, std::uint8_t flags) {
@@ -224,8 +255,7 @@ private:
         add(JSONKind::number, start, static_cast<std::size_t>(at - start), flags);
     }
 
-    /// Reads a string; returns its node.
-    std::uint32_t string() {
+    void string() {
         const char* const start = ++at_;
         std::uint8_t flags = 0;
         while (true) {
@@ -246,7 +276,7 @@ private:
         }
         const auto length = static_cast<std::size_t>(at_ - start);
         ++at_;
-        return add(JSONKind::string, start, length, flags);
+        add(JSONKind::string, start, length, flags);
     }
 
     void escape() {
@@ -255,7 +285,7 @@ private:
         const char c = at_[1];
         at_ += 2;
         if (c != 'u') {
-            if (std::string_view("\"\\/bfnrt").find(c) == std::string_view::npos) fail("an unknown escape", start);
+            if (escapedBy(c) == 0) fail("an unknown escape", start);
             return;
         }
         const auto unit = [&] {
@@ -277,37 +307,11 @@ private:
 
     void key() {
         if (peek() != '"') fail("expected a key in quotes", at_);
-        const std::uint32_t node = string();
-        noteKey(node);
+        string();
         skipSpace();
         if (peek() != ':') fail("expected ':' behind a key", at_);
         ++at_;
         skipSpace();
-    }
-
-    /// Finds out whether a key may have come before in its object: the rule that the first one counts then has to be
-    /// looked after.
-    void noteKey(std::uint32_t node) {
-        Open& open = open_[depth_ - 1];
-        JSONNode& object = document_.nodes_[open.node];
-        if (object.count > JSONDocument::indexedFrom || (object.flags & JSONNode::mayRepeatKeys) != 0) return;
-        JSONNode& key = document_.nodes_[node];
-        if ((key.flags & JSONNode::hasEscapes) != 0) {
-            object.flags |= JSONNode::mayRepeatKeys;
-            return;
-        }
-        const std::string_view text = document_.raw(key);
-        key.count = jsonKeyHash(text);
-        const std::uint64_t bit = jsonKeyBit(key.count);
-        if ((open.keysSeen & bit) != 0) {
-            for (std::uint32_t at = open.node + 1; at != node; at = document_.behind(at + 1)) {
-                if (document_.raw(document_.nodes_[at]) == text) {
-                    object.flags |= JSONNode::mayRepeatKeys;
-                    return;
-                }
-            }
-        }
-        open.keysSeen |= bit;
     }
 
     JSONDocument& document_;
@@ -315,7 +319,8 @@ private:
     const char* end_;
     const char* at_;
     std::size_t depth_ = 0;
-    std::array<Open, JSONDocument::depthLimit> open_; // not initialised: written before it is read
+    /// The containers that are not closed yet. Not initialised: written before it is read.
+    std::array<std::uint32_t, JSONDocument::depthLimit> open_;
 };
 
 // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the nodes in place are written before they are read.
@@ -329,25 +334,35 @@ JSONDocument::JSONDocument(std::string_view text)
     JSONParser(*this).parse();
 }
 
-void JSONDocument::grow() {
-    // Guessed from the text at first, so that an ordinary document grows once; the text is longer than the nodes'
-    // count.
-    const std::size_t guess = std::max<std::size_t>(std::size_t{capacity_} * 2, heap_ ? 0 : text_.size() / 16);
-    auto larger = std::make_unique_for_overwrite<JSONNode[]>(guess);
-    std::copy_n(nodes_, size_, larger.get());
-    heap_ = std::move(larger);
-    nodes_ = heap_.get();
-    capacity_ = static_cast<std::uint32_t>(std::min<std::size_t>(guess, std::numeric_limits<std::uint32_t>::max()));
+JSONDocument::~JSONDocument() {
+    // Of two documents that lived at once, the thread keeps the larger room.
+    Room& spare = spareRoom();
+    if (heap_.capacity <= largestSpareRoom && heap_.capacity > spare.capacity) spare = std::move(heap_);
 }
 
-void JSONDocument::assignString(const JSONNode& node, std::string& out) const {
-    const std::string_view text = raw(node);
-    if ((node.flags & JSONNode::hasEscapes) == 0) {
-        out.assign(text);
-    } else {
-        out.clear();
-        appendUnescaped(text, out);
+JSONDocument::Room& JSONDocument::spareRoom() noexcept {
+    static thread_local Room room;
+    return room;
+}
+
+void JSONDocument::grow() {
+    Room larger = std::exchange(spareRoom(), Room{});
+    if (larger.capacity <= capacity_) {
+        // Guessed from the text at first, so that an ordinary document grows once.
+        const std::size_t guess = std::max<std::size_t>(std::size_t{capacity_} * 2, heap_.nodes ? 0 : text_.size() / 8);
+        larger.nodes = std::make_unique_for_overwrite<JSONNode[]>(guess);
+        larger.capacity =
+            static_cast<std::uint32_t>(std::min<std::size_t>(guess, std::numeric_limits<std::uint32_t>::max()));
     }
+    std::copy_n(nodes_, size_, larger.nodes.get());
+    heap_ = std::move(larger);
+    nodes_ = heap_.nodes.get();
+    capacity_ = heap_.capacity;
+}
+
+void JSONDocument::assignUnescaped(const JSONNode& node, std::string& out) const {
+    out.clear();
+    appendUnescaped(raw(node), out);
 }
 
 std::string JSONDocument::keyText(std::uint32_t index) const {
@@ -394,44 +409,26 @@ std::uint32_t JSONDocument::firstMember(std::uint32_t object, std::string_view k
 }
 
 void appendUnescaped(std::string_view raw, std::string& out) {
-    out.reserve(out.size() + raw.size());
-    while (!raw.empty()) {
-        const std::size_t plain = std::min(raw.find('\\'), raw.size());
-        out.append(raw.substr(0, plain));
-        if (plain == raw.size()) return;
-        const char c = raw[plain + 1];
-        raw.remove_prefix(plain + 2);
-        switch (c) {
-        case 'b':
-            out += '\b';
-            break;
-        case 'f':
-            out += '\f';
-            break;
-        case 'n':
-            out += '\n';
-            break;
-        case 'r':
-            out += '\r';
-            break;
-        case 't':
-            out += '\t';
-            break;
-        case 'u': {
-            auto scalar = static_cast<char32_t>(hexQuad(raw.data()));
-            raw.remove_prefix(4);
-            if (scalar >= 0xD800 && scalar <= 0xDBFF) {
-                const auto low = static_cast<char32_t>(hexQuad(raw.data() + 2));
-                scalar = 0x10000 + ((scalar - 0xD800) << 10U) + (low - 0xDC00);
-                raw.remove_prefix(6);
-            }
-            appendUTF8(scalar, out);
-            break;
-        }
-        default:
-            out += c;
+    const std::size_t begin = out.size();
+    out.resize(begin + raw.size()); // no escape is shorter than what it stands for
+    char* to = out.data() + begin;
+    const char* at = raw.data();
+    const char* const end = at + raw.size();
+    while (true) {
+        const char* const plainEnd = copyToBackslash(to, at, end);
+        to += plainEnd - at;
+        at = plainEnd;
+        if (at == end) break;
+        if (at[1] == 'u') {
+            const auto [scalar, behind] = unicodeEscape(at);
+            to = putUTF8(scalar, to);
+            at = behind;
+        } else {
+            *to++ = escapedBy(at[1]);
+            at += 2;
         }
     }
+    out.resize(static_cast<std::size_t>(to - out.data()));
 }
 
 } // namespace platform::inline v1::detail

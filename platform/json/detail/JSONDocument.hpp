@@ -19,30 +19,15 @@ struct JSONNode {
     static constexpr std::uint8_t isTrue = 1;         ///< of a boolean
     static constexpr std::uint8_t hasEscapes = 1;     ///< of a string
     static constexpr std::uint8_t isPlainInteger = 1; ///< of a number: digits and a sign only
-    static constexpr std::uint8_t mayRepeatKeys = 1;  ///< of an object of at most `indexedFrom` members
 
     std::uint32_t offset; ///< of the first byte in the text; of a string, behind its quote
     std::uint32_t extent; ///< of a container, the index of the node behind it; of others, the length in bytes
-    std::uint32_t count;  ///< of a container, how many elements or members; of a key, its hash
+    std::uint32_t count;  ///< of a container, how many elements or members
     JSONKind kind;
     std::uint8_t flags;
 };
 
 static_assert(sizeof(JSONNode) == 16);
-
-/// What tells most keys of one object apart at the price of a comparison of numbers. Reads three bytes, as keys are
-/// short and mostly differ there or in their lengths.
-[[nodiscard]] inline std::uint32_t jsonKeyHash(std::string_view key) noexcept {
-    if (key.empty()) return 0;
-    const auto byte = [key](std::size_t i) { return static_cast<std::uint32_t>(static_cast<unsigned char>(key[i])); };
-    return byte(0) * 5 + byte(key.size() - 1) * 11 + byte(key.size() / 2) * 23 +
-           static_cast<std::uint32_t>(key.size()) * 3;
-}
-
-/// The bit of a hash in a set of 64 of them: what is not in it is not in the object.
-[[nodiscard]] inline std::uint64_t jsonKeyBit(std::uint32_t hash) noexcept {
-    return std::uint64_t{1} << (hash % 64);
-}
 
 /// A parsed text: checked as a whole (RFC 8259, UTF-8 included), its numbers and strings still as they stand there.
 class JSONDocument {
@@ -56,6 +41,7 @@ public:
     explicit JSONDocument(std::string_view text);
     JSONDocument(const JSONDocument&) = delete;
     JSONDocument& operator=(const JSONDocument&) = delete;
+    ~JSONDocument();
 
     [[nodiscard]] const JSONNode& operator[](std::uint32_t index) const noexcept { return nodes_[index]; }
 
@@ -74,7 +60,13 @@ public:
     }
 
     /// The text of a string.
-    void assignString(const JSONNode& node, std::string& out) const;
+    void assignString(const JSONNode& node, std::string& out) const {
+        if ((node.flags & JSONNode::hasEscapes) == 0) {
+            out.assign(raw(node));
+        } else {
+            assignUnescaped(node, out);
+        }
+    }
 
     /// Whether the key at `index` is `key`.
     [[nodiscard]] bool isKey(std::uint32_t index, std::string_view key) const;
@@ -91,6 +83,16 @@ private:
         std::vector<std::uint32_t> keys;
     };
 
+    /// Room for nodes on the heap.
+    struct Room {
+        std::unique_ptr<JSONNode[]> nodes{};
+        std::uint32_t capacity = 0;
+    };
+
+    /// What the thread keeps for its next document.
+    [[nodiscard]] static Room& spareRoom() noexcept;
+
+    void assignUnescaped(const JSONNode& node, std::string& out) const;
     [[nodiscard]] std::string keyText(std::uint32_t index) const;
     [[nodiscard]] const Index& indexOf(std::uint32_t object) const;
     void grow();
@@ -99,7 +101,7 @@ private:
     JSONNode* nodes_;
     std::uint32_t size_ = 0;
     std::uint32_t capacity_;
-    std::unique_ptr<JSONNode[]> heap_{};
+    Room heap_{};
     mutable std::unordered_map<std::uint32_t, Index> indices_{};
     JSONNode inPlace_[64]; ///< small documents allocate nothing
 };

@@ -1,3 +1,4 @@
+#include "platform/coding/Fields.hpp"
 #include "platform/json/JSONDecoder.hpp"
 
 #include <gtest/gtest.h>
@@ -6,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <stdexcept>
+#include <tuple>
 
 namespace {
 
@@ -199,12 +201,28 @@ TEST(JSONDecoder, ReadsStringsAndKeysWithEscapes) {
     EXPECT_EQ((JSONDecoder().decode<std::map<std::string, int>>(R"({"\u0061":1,"b":2,"a":3})")), expected);
 }
 
+struct Row {
+    int b = 0;
+    std::optional<int> xy{}, missing{7};
+    int a = 0;
+
+    static const platform::RecordFields& recordFields() {
+        using platform::field;
+        static const platform::RecordTable table(
+            "Row", field("b", &Row::b), field("xy", &Row::xy), field("missing", &Row::missing), field("a", &Row::a)
+        );
+        return table;
+    }
+};
+
 TEST(JSONDecoder, TheFirstOfEqualKeysCountsInAnyOrderOfLookups) {
     std::string large = R"({"a":1,"x\u0079":2,)";
     for (int i = 0; i < 100; ++i)
         large += "\"k" + std::to_string(i) + "\":" + std::to_string(i) + ",";
     large += R"("a":9,"xy":9,"b":3})";
     for (const std::string& json : {std::string(R"({"a":1,"xy":2,"b":3,"a":9,"xy":9,"b":9})"), large}) {
+        const auto row = JSONDecoder().decode<Row>(json);
+        EXPECT_EQ(std::tuple(row.a, row.b, row.xy, row.missing), std::tuple(1, 3, 2, std::nullopt));
         probe(json, [](Decoder& decoder) {
             auto container = decoder.container();
             EXPECT_EQ(container.decode<int>("b"), 3);
