@@ -249,10 +249,13 @@ std::int64_t Transfer::uploadedBytes() const noexcept {
 
 std::string Transfer::redirectURL() const {
     const auto location = head_.field("Location");
+    // The bytes as the server wrote them, which mostly are UTF-8: escaped, they are what it meant.
+    std::string locationBytes;
+    appendWireBytes(locationBytes, location.value_or(""));
     const std::unique_ptr<CURLU, void (*)(CURLU*)> url(curl_url(), curl_url_cleanup);
     constexpr unsigned flags = CURLU_URLENCODE | CURLU_PATH_AS_IS | CURLU_NON_SUPPORT_SCHEME;
     if (!location || !url || curl_url_set(url.get(), CURLUPART_URL, url_.c_str(), flags) != CURLUE_OK ||
-        curl_url_set(url.get(), CURLUPART_URL, std::string(*location).c_str(), flags) != CURLUE_OK) {
+        curl_url_set(url.get(), CURLUPART_URL, locationBytes.c_str(), flags) != CURLUE_OK) {
         return {};
     }
     char* text = nullptr;
