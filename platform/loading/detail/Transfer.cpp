@@ -48,8 +48,7 @@ URLError::Kind kindOf(CURLcode code) noexcept {
     case CURLE_UNSUPPORTED_PROTOCOL: // the scheme is checked before: this is HTTP/0.9, or no HTTP at all
     case CURLE_WEIRD_SERVER_REPLY:
     case CURLE_BAD_CONTENT_ENCODING:
-    case CURLE_OUT_OF_MEMORY:
-        return Kind::badResponse; // how the engine reports a header line beyond its limit of 100 KB
+    case CURLE_OUT_OF_MEMORY: // how the engine reports a header line beyond its limit of 100 KB
         return Kind::badResponse;
     case CURLE_SSL_CONNECT_ERROR:
     case CURLE_SSL_ENGINE_NOTFOUND:
@@ -274,27 +273,37 @@ std::size_t Transfer::headerCallback(char* bytes, std::size_t size, std::size_t 
     auto& transfer = *static_cast<Transfer*>(self);
     transfer.received_ = true;
     transfer.events_->didProgress(transfer);
-    switch (transfer.head_.consume({bytes, size * count})) {
-    case ResponseHead::Progress::invalid:
+    try {
+        switch (transfer.head_.consume({bytes, size * count})) {
+        case ResponseHead::Progress::invalid:
+            return 0;
+        case ResponseHead::Progress::complete:
+            return transfer.events_->didCompleteHead(transfer) ? size * count : 0;
+        default:
+            return size * count;
+        }
+    } catch (const std::bad_alloc&) {
+        transfer.outOfMemory_ = true; // ends this transfer; the engine must not be left by an exception
         return 0;
-    case ResponseHead::Progress::complete:
-        return transfer.events_->didCompleteHead(transfer) ? size * count : 0;
-    default:
-        return size * count;
     }
 }
 
 std::size_t Transfer::bodyCallback(char* bytes, std::size_t size, std::size_t count, void* self) noexcept {
     auto& transfer = *static_cast<Transfer*>(self);
     transfer.events_->didProgress(transfer);
-    switch (transfer.events_->didReceiveBody(transfer, {bytes, size * count})) {
-    case TransferEvents::Body::stop:
+    try {
+        switch (transfer.events_->didReceiveBody(transfer, {bytes, size * count})) {
+        case TransferEvents::Body::stop:
+            return 0;
+        case TransferEvents::Body::pause:
+            transfer.paused_ = true;
+            return CURL_WRITEFUNC_PAUSE;
+        case TransferEvents::Body::taken:
+            break;
+        }
+    } catch (const std::bad_alloc&) {
+        transfer.outOfMemory_ = true;
         return 0;
-    case TransferEvents::Body::pause:
-        transfer.paused_ = true;
-        return CURL_WRITEFUNC_PAUSE;
-    case TransferEvents::Body::taken:
-        break;
     }
     return size * count;
 }

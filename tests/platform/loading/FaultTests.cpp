@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <arpa/inet.h>
+#include <fstream>
 #include <netinet/in.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -121,6 +123,35 @@ TEST(Faults, EachServerFaultEndsInItsOwnErrorOnce) {
         session.invalidateAndCancel();
         EXPECT_EQ(outcome.completions(), 1);
     }
+}
+
+TEST(Faults, ABodyBeyondMemoryEndsItsTaskOnly) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizers need the address space that this test takes away";
+#endif
+    ScriptedServer server(ScriptedServer::answering([](ScriptedServer::Connection& connection, const auto& got) {
+        if (got.line() == "GET /small HTTP/1.1") return connection.respond("four");
+        connection.send("HTTP/1.1 200 OK\r\n\r\n");
+        static const std::string block(1 << 20, 'x');
+        for (int i = 0; i < 256; ++i)
+            connection.send(block);
+        connection.stall();
+    }));
+    const URLSession session(direct());
+    ASSERT_EQ(load(session, request(server.url("/small"))).text(), "200 four");
+
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_AS, &before), 0);
+    rlimit tight = before;
+    tight.rlim_cur = pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) + (64U << 20U);
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &tight), 0);
+    const Outcome outcome = load(session, request(server.url("/large")));
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &before), 0);
+    EXPECT_EQ(outcome.text(), "other");
+    EXPECT_EQ(outcome.errorText(), "The request failed: out of memory");
+    EXPECT_EQ(load(session, request(server.url("/small"))).text(), "200 four");
 }
 
 TEST(Faults, WhatNeverReachesAServer) {
