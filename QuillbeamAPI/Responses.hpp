@@ -267,17 +267,7 @@ public:
 
     /// A hash of the case and what it holds.
     [[nodiscard]] std::size_t hashValue() const {
-        return visit([](const auto& response) {
-            using Case = std::decay_t<decltype(response)>;
-            const auto status = static_cast<std::size_t>(response.statusCode);
-            if constexpr (std::is_same_v<Case, Undocumented>) {
-                return platform::combinedHash(status, platform::hashValue(response.payload));
-            } else if constexpr (requires { response.body; }) {
-                return platform::combinedHash(status, platform::hashValue(response.body.json()));
-            } else {
-                return status;
-            }
-        });
+        return visit([](const auto& response) { return platform::hashValue(response); });
     }
 
 private:
@@ -300,6 +290,25 @@ private:
 };
 
 } // namespace QuillbeamAPI::inline v1
+
+template <int StatusCode, class Schema>
+struct std::hash<QuillbeamAPI::Response<StatusCode, Schema>> {
+    std::size_t operator()(const QuillbeamAPI::Response<StatusCode, Schema>& response) const {
+        if constexpr (requires { response.body; }) {
+            return platform::combinedHash(std::size_t{StatusCode}, platform::hashValue(response.body));
+        } else {
+            return std::size_t{StatusCode};
+        }
+    }
+};
+
+template <>
+struct std::hash<QuillbeamAPI::Undocumented> {
+    std::size_t operator()(const QuillbeamAPI::Undocumented& response) const {
+        const auto status = static_cast<std::size_t>(response.statusCode);
+        return platform::combinedHash(status, platform::hashValue(response.payload));
+    }
+};
 
 template <class Output>
     requires std::derived_from<Output, QuillbeamAPI::detail::OutputTag>

@@ -144,10 +144,12 @@ TEST(DomainRecords, EqualValuesHashAlikeAndEnumerationsAreExact) {
     const auto output = Operations::getDomain::Output::ok(DomainResponseDTO(true, domain));
     EXPECT_EQ(output, Operations::getDomain::Output(output));
     EXPECT_NE(output, Operations::getDomain::Output::undocumented(200, {}));
-    EXPECT_EQ(
-        std::hash<Operations::getDomain::Output>()(output),
-        std::hash<Operations::getDomain::Output>()(Operations::getDomain::Output(output))
-    );
+    const auto deleted = Operations::deleteDomain::Output::ok({});
+    const auto hashed = []<class Value>(const Value& value) { return std::hash<Value>()(value); };
+    EXPECT_EQ(hashed(output), hashed(Operations::getDomain::Output(output)));
+    EXPECT_EQ(hashed(output.ok()), hashed(Operations::getDomain::Output::Ok(DomainResponseDTO(true, domain))));
+    EXPECT_NE(hashed(output.ok()), hashed(Operations::getDomain::Output::Ok(DomainResponseDTO(true, other))));
+    EXPECT_NE(hashed(deleted.ok()), hashed(Undocumented(418, {})));
 }
 
 } // namespace
