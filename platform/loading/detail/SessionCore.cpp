@@ -404,7 +404,9 @@ bool SessionCore::didCompleteHead(Transfer& transfer) {
         const bool isRoomKnown = gate.isFull || connectionsOfOrigin() + gate.furtherStreams >= maximumHTTP2Transfers;
         if (gate.speaksHTTP2 && !isRoomKnown) ++gate.furtherStreams;
     }
-    if (isRedirect(head.statusCode()) && configuration_.maximumRedirects > 0 && head.field("Location")) {
+    // An empty location would lead back to where it came from, so it counts as none.
+    const bool leadsElsewhere = !head.field("Location").value_or("").empty();
+    if (isRedirect(head.statusCode()) && configuration_.maximumRedirects > 0 && leadsElsewhere) {
         task.redirects = true;
         return true;
     }

@@ -129,6 +129,7 @@ TEST(Requests, RedirectsFollowTheMethodRulesAndDropCredentialsAcrossOrigins) {
         const std::string target = path.starts_with("/307/other")  ? other.url("/end")
                                    : path.starts_with("/302/loop") ? "/302/loop"
                                    : path.starts_with("/302/file") ? "file:///etc/passwd"
+                                   : path.starts_with("/307/none") ? ""
                                    : path.starts_with("/302/utf8") ? "/end/caf\xC3\xA9"
                                                                    : "../end|x";
         connection.send("HTTP/1.1 " + status + " R\r\nLocation: " + target + "\r\nContent-Length: 7\r\n\r\nignored");
@@ -148,6 +149,7 @@ TEST(Requests, RedirectsFollowTheMethodRulesAndDropCredentialsAcrossOrigins) {
         {"POST", "/307/a", "200 fine", "POST /end%7Cx HTTP/1.1", "body"},
         {"PUT", "/308/a", "200 fine", "PUT /end%7Cx HTTP/1.1", "body"},
         {"PUT", "/302/utf8", "200 fine", "PUT /end/caf%c3%a9 HTTP/1.1", "body"},
+        {"POST", "/307/none", "307 ignored", "POST /307/none HTTP/1.1", "body"},
         {"POST", "/302/file", "unsupportedURL", "POST /302/file HTTP/1.1", "body"},
     };
 
