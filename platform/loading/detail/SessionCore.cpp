@@ -342,13 +342,6 @@ void SessionCore::admit(OriginGate& gate) {
 }
 
 void SessionCore::begin(const std::shared_ptr<TaskState>& task) {
-    try {
-        if (!task->transfer) task->transfer = takeTransfer();
-    } catch (const std::exception& error) {
-        finish(task, URLError(URLError::Kind::other, error.what(), task->target.url));
-        return;
-    }
-    auto& transfer = *task->transfer;
     Transfer::Options options;
     options.collectsBody = task->collects;
     options.usesFreshConnection = task->retries;
@@ -357,16 +350,23 @@ void SessionCore::begin(const std::shared_ptr<TaskState>& task) {
     task->uploadedBytes = 0;
     task->redirects = false;
     task->skippedBytes = 0;
-    requireSuccess(curl_easy_setopt(transfer.easy(), CURLOPT_PRIVATE, task.get()));
-    if (const auto defect = transfer.prepare(task->request, task->target, options, *this)) {
-        finish(task, URLError(URLError::Kind::invalidRequest, *defect, task->target.url));
+    try {
+        if (!task->transfer) task->transfer = takeTransfer();
+        requireSuccess(curl_easy_setopt(task->transfer->easy(), CURLOPT_PRIVATE, task.get()));
+        if (const auto defect = task->transfer->prepare(task->request, task->target, options, *this)) {
+            finish(task, URLError(URLError::Kind::invalidRequest, *defect, task->target.url));
+            return;
+        }
+    } catch (const std::exception& error) {
+        // Such as a URL of more than 8 MB, which the engine does not take.
+        finish(task, URLError(URLError::Kind::other, error.what(), task->target.url));
         return;
     }
     if (const auto limit = idleLimit(*task); limit.count() > 0) {
         const auto deadline = now_ + limit;
         if (!nextIdleCheck_ || deadline < *nextIdleCheck_) nextIdleCheck_ = deadline;
     }
-    curl_multi_add_handle(multi_, transfer.easy());
+    curl_multi_add_handle(multi_, task->transfer->easy());
 }
 
 std::unique_ptr<Transfer> SessionCore::takeTransfer() {
