@@ -1,5 +1,6 @@
 #include "platform/json/JSONEncoder.hpp"
 
+#include "platform/json/detail/JSONDocument.hpp"
 #include "platform/json/detail/JSONTreeWriter.hpp"
 #include "platform/json/detail/JSONWriter.hpp"
 
@@ -41,11 +42,20 @@ private:
     throwInvalid(AnyValue(), frame, "A value is already encoded here, in another form.");
 }
 
+/// As deep as the decoder reads.
+void requireDepth(const JSONWriter& writer, JSONWriter::LevelIndex level, const PathFrame& frame) {
+    if (writer.depth(level) == detail::JSONDocument::depthLimit) {
+        throwInvalid(AnyValue(), frame, "More than 512 containers inside one another.");
+    }
+}
+
 void requireObject(JSONWriter& writer, JSONWriter::LevelIndex level, const PathFrame& frame) {
+    requireDepth(writer, level, frame);
     if (!writer.becomeObject(level)) throwSecondValue(frame);
 }
 
 void requireArray(JSONWriter& writer, JSONWriter::LevelIndex level, const PathFrame& frame) {
+    requireDepth(writer, level, frame);
     if (!writer.becomeArray(level)) throwSecondValue(frame);
 }
 
@@ -103,7 +113,8 @@ public:
             begin(at);
             detail::JSONTreeWriter tree(writer_);
             tell(tree, value);
-            if (tree.finish()) return true;
+            if (tree.isComplete()) return true;
+        } catch (const detail::JSONTreeWriter::TooDeep&) { // the slower way tells where
         } catch (...) {
             writer_.undo(mark);
             throw;
@@ -267,7 +278,7 @@ bool JSONEncoder::encode(const EncodeOperations& operations, const void* value, 
     ValueEncoder top(writer, 0, PathFrame{});
     operations.encode(top, value);
     if (!writer.finish()) return false;
-    text = std::move(writer.text());
+    text = writer.text().view();
     return true;
 }
 

@@ -57,7 +57,8 @@ public:
     /// The JSON text of a value.
     ///
     /// @throws EncodingError where there is none: a number that is not finite, a value that encodes nothing, two values
-    /// in one place; whatever a value's own coding or the date strategy throws
+    /// in one place, more than 512 containers inside one another; whatever a value's own coding or the date strategy
+    /// throws
     template <class T>
     [[nodiscard]] std::string encode(const T& value) const {
         std::string text;

@@ -17,42 +17,72 @@ namespace platform::inline v1::detail {
     return byte < 0x20 || byte == '"' || byte == '\\' || byte >= 0x80;
 }
 
+#if defined(__SSE2__)
+/// One bit for each of 16 bytes: whether it is special, or equals `also`.
+[[nodiscard]] inline unsigned specialBytes(__m128i bytes, char also) noexcept {
+    const __m128i quotes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('"'));
+    const __m128i backslashes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'));
+    const __m128i others = _mm_cmpeq_epi8(bytes, _mm_set1_epi8(also));
+    const __m128i low = _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20)); // signed: bytes from 0x80 count as less, too
+    return static_cast<unsigned>(
+        _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(quotes, backslashes), _mm_or_si128(others, low)))
+    );
+}
+#else
+/// Not 0 where one of 8 bytes is special, or equals `also`.
+[[nodiscard]] inline std::uint64_t specialBytes(std::uint64_t word, char also) noexcept {
+    constexpr std::uint64_t ones = 0x0101010101010101ULL;
+    constexpr std::uint64_t highs = 0x8080808080808080ULL;
+    const auto hasByte = [](std::uint64_t in, char byte) {
+        const std::uint64_t difference = in ^ (ones * static_cast<unsigned char>(byte));
+        return (difference - ones) & ~difference & highs;
+    };
+    return hasByte(word, '"') | hasByte(word, '\\') | hasByte(word, also) | ((word - ones * 0x20) & ~word & highs) |
+           (word & highs);
+}
+#endif
+
 /// The first byte in [at, end) that is special, or equals `also`; `end` where there is none. Looks at 16 bytes a step
 /// where the machine can, else at 8.
 /// @param also a further byte to stop at; '"' for none
 [[nodiscard]] inline const char* findSpecialInString(const char* at, const char* end, char also = '"') noexcept {
 #if defined(__SSE2__)
-    const __m128i quote = _mm_set1_epi8('"');
-    const __m128i backslash = _mm_set1_epi8('\\');
-    const __m128i further = _mm_set1_epi8(also);
-    const __m128i space = _mm_set1_epi8(0x20); // signed: bytes from 0x80 count as less, too
     for (; end - at >= 16; at += 16) {
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-        const __m128i hits = _mm_or_si128(
-            _mm_or_si128(_mm_cmpeq_epi8(bytes, quote), _mm_cmpeq_epi8(bytes, backslash)),
-            _mm_or_si128(_mm_cmpeq_epi8(bytes, further), _mm_cmplt_epi8(bytes, space))
-        );
-        if (const int mask = _mm_movemask_epi8(hits); mask != 0)
-            return at + std::countr_zero(static_cast<unsigned>(mask));
+        if (const unsigned mask = specialBytes(bytes, also); mask != 0) return at + std::countr_zero(mask);
     }
 #else
-    constexpr std::uint64_t ones = 0x0101010101010101ULL;
-    constexpr std::uint64_t highs = 0x8080808080808080ULL;
-    const auto hasByte = [](std::uint64_t word, unsigned char byte) {
-        const std::uint64_t difference = word ^ (ones * byte);
-        return (difference - ones) & ~difference & highs;
-    };
     for (; end - at >= 8; at += 8) {
         std::uint64_t word = 0;
         std::memcpy(&word, at, 8);
-        const std::uint64_t hits = hasByte(word, '"') | hasByte(word, '\\') |
-                                   hasByte(word, static_cast<unsigned char>(also)) |
-                                   ((word - ones * 0x20) & ~word & highs) | (word & highs);
-        if (hits != 0) break; // which byte it is, is left to the loop below
+        if (specialBytes(word, also) != 0) break; // which byte it is, is left to the loop below
     }
 #endif
     while (at != end && !isSpecialInString(static_cast<unsigned char>(*at)) && *at != also)
         ++at;
+    return at;
+}
+
+/// Copies [at, end) up to the first byte that is special, or equals `also`, and tells where that is; `end` where there
+/// is none.
+/// @param out has room for all of [at, end): what stands behind the copied bytes there has no meaning afterwards
+[[nodiscard]] inline const char* copyToSpecial(char* out, const char* at, const char* end, char also) noexcept {
+#if defined(__SSE2__)
+    for (; end - at >= 16; at += 16, out += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), bytes);
+        if (const unsigned mask = specialBytes(bytes, also); mask != 0) return at + std::countr_zero(mask);
+    }
+#else
+    for (; end - at >= 8; at += 8, out += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, at, 8);
+        if (specialBytes(word, also) != 0) break;
+        std::memcpy(out, &word, 8);
+    }
+#endif
+    while (at != end && !isSpecialInString(static_cast<unsigned char>(*at)) && *at != also)
+        *out++ = *at++;
     return at;
 }
 
@@ -76,17 +106,10 @@ namespace platform::inline v1::detail {
 /// Whether none of 16 bytes, given as two words, is special or equals `also`.
 [[nodiscard]] inline bool isPlainInString(std::uint64_t first, std::uint64_t second, char also) noexcept {
 #if defined(__SSE2__)
-    const __m128i bytes = _mm_set_epi64x(static_cast<long long>(second), static_cast<long long>(first));
-    const __m128i hits = _mm_or_si128(
-        _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'))),
-        _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(also)), _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20)))
-    );
-    return _mm_movemask_epi8(hits) == 0;
+    const auto low = static_cast<long long>(first);
+    return specialBytes(_mm_set_epi64x(static_cast<long long>(second), low), also) == 0;
 #else
-    char bytes[16];
-    std::memcpy(bytes, &first, 8);
-    std::memcpy(bytes + 8, &second, 8);
-    return findSpecialInString(bytes, bytes + 16, also) == bytes + 16;
+    return (specialBytes(first, also) | specialBytes(second, also)) == 0;
 #endif
 }
 

@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 namespace platform::inline v1::detail {
@@ -14,14 +13,17 @@ namespace platform::inline v1::detail {
 /// its members come in order and nothing in it fails half-way.
 class JSONTreeWriter final : public ValueEvents {
 public:
-    /// The value stands where the writer is; the text gets what was told by `finish`.
+    /// Thrown on the way into too many containers inside one another: what the writer got is then to be undone.
+    struct TooDeep {};
+
+    /// The value stands where the writer is.
     explicit JSONTreeWriter(JSONWriter& writer) noexcept;
     JSONTreeWriter(const JSONTreeWriter&) = delete;
     JSONTreeWriter& operator=(const JSONTreeWriter&) = delete;
     ~JSONTreeWriter() = default;
 
-    /// Ends the value. False where a number had no text: what the writer got is then to be undone.
-    [[nodiscard]] bool finish();
+    /// False where a number had no text: what the writer got is then to be undone.
+    [[nodiscard]] bool isComplete() const noexcept { return isComplete_; }
 
     void null() override;
     void boolean(bool value) override;
@@ -37,27 +39,15 @@ public:
 private:
     enum class Place : std::uint8_t { top, first, further, behindKey };
 
-    static constexpr std::size_t capacity = 4096;
-
-    void flush();
-    void reserve(std::size_t size);
-    void put(std::string_view text);
     void separate();
     void beginValue();
     void begin(char bracket);
     void end(char bracket);
-    void lineBreak();
-    void quoted(std::string_view value);
 
     JSONWriter& writer_;
     std::size_t depth_;
-    std::size_t used_ = 0;
     Place place_ = Place::top;
-    bool breaksLines_;
     bool isComplete_ = true;
-    char further_; ///< what is escaped besides what must be
-    std::string numberText_{};
-    char buffer_[capacity]; ///< what comes next in the text, in larger pieces than values are
 };
 
 } // namespace platform::inline v1::detail

@@ -29,47 +29,53 @@ std::uint64_t prefixOf(std::string_view key) noexcept {
 }
 
 template <class Integer>
-void appendInteger(std::string& text, Integer value) {
-    char buffer[24];
-    text.append(buffer, std::to_chars(std::begin(buffer), std::end(buffer), value).ptr);
+void appendInteger(TextBuffer& text, Integer value) {
+    constexpr std::size_t longest = 20;
+    char* const out = text.room(longest);
+    text.setEnd(std::to_chars(out, out + longest, value).ptr);
 }
 
-void appendEscape(std::string& text, char c) {
-    static constexpr std::string_view digits = "0123456789abcdef";
-    text += '\\';
+/// The letter that stands behind a backslash for a byte (RFC 8259 section 7), or 0.
+constexpr char escapeLetter(char c) noexcept {
     switch (c) {
     case '\b':
-        text += 'b';
-        break;
+        return 'b';
     case '\f':
-        text += 'f';
-        break;
+        return 'f';
     case '\n':
-        text += 'n';
-        break;
+        return 'n';
     case '\r':
-        text += 'r';
-        break;
+        return 'r';
     case '\t':
-        text += 't';
-        break;
+        return 't';
     case '"':
     case '\\':
     case '/':
-        text += c;
-        break;
+        return c;
     default:
-        text += "u00";
-        text += digits[static_cast<unsigned char>(c) >> 4U];
-        text += digits[static_cast<unsigned char>(c) & 0xFU];
+        return 0;
     }
+}
+
+void appendEscape(TextBuffer& text, char c) {
+    static constexpr std::string_view digits = "0123456789abcdef";
+    if (const char letter = escapeLetter(c); letter != 0) {
+        text.append('\\');
+        text.append(letter);
+        return;
+    }
+    text.append("\\u00");
+    text.append(digits[static_cast<unsigned char>(c) >> 4U]);
+    text.append(digits[static_cast<unsigned char>(c) & 0xFU]);
 }
 
 } // namespace
 
 JSONWriter::JSONWriter(const JSONEncoder& settings, std::uint32_t depth)
     : settings_(settings)
-    , depth_(depth) {
+    , depth_(depth)
+    , breaksLines_((settings.outputFormatting & JSONEncoder::prettyPrinted) != 0)
+    , furtherEscaped_((settings.outputFormatting & JSONEncoder::withoutEscapingSlashes) != 0 ? '"' : '/') {
     levels_.emplace_back();
 }
 
@@ -77,7 +83,7 @@ bool JSONWriter::becomeObject(LevelIndex level) {
     Level& at = levels_[level];
     if (at.form == Form::nothing) {
         at.form = Form::object;
-        text_ += '{';
+        text_.append('{');
         return true;
     }
     return at.form == Form::object;
@@ -87,7 +93,7 @@ bool JSONWriter::becomeArray(LevelIndex level) {
     Level& at = levels_[level];
     if (at.form == Form::nothing) {
         at.form = Form::array;
-        text_ += '[';
+        text_.append('[');
         return true;
     }
     return at.form == Form::array;
@@ -100,18 +106,12 @@ bool JSONWriter::becomeSingle(LevelIndex level) {
     return true;
 }
 
-void JSONWriter::lineBreak(std::size_t depth) {
-    if (!breaksLines()) return;
-    text_ += '\n';
-    text_.append(2 * depth, ' ');
-}
-
 void JSONWriter::separate() {
-    if (levels_.back().count++ > 0) text_ += ',';
+    if (levels_.back().count++ > 0) text_.append(',');
 }
 
 std::string_view JSONWriter::keyText(const Member& member) const noexcept {
-    return {text_.data() + member.start + member.keyStart, member.keyLength};
+    return {text_.view().data() + member.start + member.keyStart, member.keyLength};
 }
 
 void JSONWriter::beginMember(std::string_view key) {
@@ -131,7 +131,7 @@ void JSONWriter::beginMember(std::string_view key) {
         level.isAscending = last.prefix < member.prefix || (last.prefix == member.prefix && keyText(last) < key);
     }
     members_.push_back(member);
-    text_ += breaksLines() ? std::string_view(": ") : std::string_view(":");
+    keyEnd();
 }
 
 void JSONWriter::beginElement() {
@@ -140,15 +140,26 @@ void JSONWriter::beginElement() {
 }
 
 void JSONWriter::string(std::string_view value) {
-    const char further = furtherEscaped();
-    text_ += '"';
+    char* const out = text_.room(value.size() + 2);
+    *out = '"';
+    if (copyPlainInString(out + 1, value.data(), value.size(), furtherEscaped_)) {
+        out[value.size() + 1] = '"';
+        text_.setEnd(out + value.size() + 2);
+    } else {
+        escapedString(value);
+    }
+}
+
+void JSONWriter::escapedString(std::string_view value) {
+    text_.append('"');
     const char* at = value.data();
     const char* end = at + value.size();
     std::string repaired;
     bool isChecked = false;
     while (true) {
-        const char* const stop = findSpecialInString(at, end, further);
-        text_.append(at, static_cast<std::size_t>(stop - at));
+        char* const out = text_.room(static_cast<std::size_t>(end - at));
+        const char* const stop = copyToSpecial(out, at, end, furtherEscaped_);
+        text_.setEnd(out + (stop - at));
         at = stop;
         if (at == end) break;
         if (static_cast<unsigned char>(*at) < 0x80) {
@@ -167,9 +178,9 @@ void JSONWriter::string(std::string_view value) {
         const char* const run = at;
         while (at != end && static_cast<unsigned char>(*at) >= 0x80)
             ++at;
-        text_.append(run, static_cast<std::size_t>(at - run));
+        text_.append(std::string_view(run, static_cast<std::size_t>(at - run)));
     }
-    text_ += '"';
+    text_.append('"');
 }
 
 void JSONWriter::number(double value) {
@@ -178,12 +189,16 @@ void JSONWriter::number(double value) {
     if (std::fabs(value) < exact && value == std::trunc(value) && (value != 0 || !std::signbit(value))) {
         appendInteger(text_, static_cast<std::int64_t>(value));
     } else {
-        appendJSONNumber(text_, value);
+        digits_.clear();
+        appendJSONNumber(digits_, value);
+        text_.append(digits_);
     }
 }
 
 void JSONWriter::number(float value) {
-    appendJSONNumber(text_, value);
+    digits_.clear();
+    appendJSONNumber(digits_, value);
+    text_.append(digits_);
 }
 
 void JSONWriter::integer(std::int64_t value) {
@@ -201,7 +216,7 @@ JSONWriter::Mark JSONWriter::mark() const noexcept {
 void JSONWriter::undo(const Mark& mark) noexcept {
     levels_.resize(mark.levels);
     levels_.back() = mark.top;
-    text_.resize(mark.text);
+    text_.truncate(mark.text);
     members_.erase(members_.begin() + static_cast<std::ptrdiff_t>(mark.members), members_.end());
     splices_.erase(splices_.begin() + static_cast<std::ptrdiff_t>(mark.splices), splices_.end());
 }
@@ -216,7 +231,7 @@ JSONWriter::LevelIndex JSONWriter::open() {
 }
 
 void JSONWriter::close() {
-    if (levels_.back().form == Form::nothing) text_ += "{}";
+    if (levels_.back().form == Form::nothing) text_.append("{}");
     endLevel();
     levels_.pop_back();
 }
@@ -239,30 +254,31 @@ void JSONWriter::endLevel() {
     if (level.form == Form::object && !level.isAscending) arrange(level);
     if (level.form == Form::object || level.form == Form::array) {
         if (level.count > 0) lineBreak(depth_ + levels_.size() - 1);
-        text_ += level.form == Form::object ? '}' : ']';
+        text_.append(level.form == Form::object ? '}' : ']');
     }
     members_.erase(members_.begin() + static_cast<std::ptrdiff_t>(level.firstMember), members_.end());
 }
 
 void JSONWriter::putIn(const Level& level) {
-    std::string whole(text_, 0, level.start);
-    std::size_t taken = level.start;
+    const std::string_view text = text_.view();
+    TextBuffer whole;
+    std::size_t taken = 0;
     auto member = members_.begin() + static_cast<std::ptrdiff_t>(level.firstMember);
     std::size_t moved = 0;
     for (auto splice = splices_.begin() + static_cast<std::ptrdiff_t>(level.firstSplice); splice != splices_.end();
          ++splice) {
         for (; member != members_.end() && member->start < splice->place; ++member)
             member->start += moved;
-        whole.append(text_, taken, splice->place - taken);
+        whole.append(text.substr(taken, splice->place - taken));
         taken = splice->place;
-        const std::string_view value = splice->writer->finish() ? std::string_view(splice->writer->text_) : "{}";
-        whole += value;
+        const std::string_view value = splice->writer->finish() ? splice->writer->text_.view() : "{}";
+        whole.append(value);
         moved += value.size();
     }
     for (; member != members_.end(); ++member)
         member->start += moved;
-    whole.append(text_, taken);
-    text_ = std::move(whole);
+    whole.append(text.substr(taken));
+    text_.swap(whole);
     splices_.erase(splices_.begin() + static_cast<std::ptrdiff_t>(level.firstSplice), splices_.end());
 }
 
@@ -287,7 +303,7 @@ void JSONWriter::arrange(const Level& level) {
             appendUnescaped(key, unescaped[i]);
             key = unescaped[i];
         }
-        pieces.push_back({key, std::string_view(text_).substr(member.start, end - member.start), i});
+        pieces.push_back({key, text_.view().substr(member.start, end - member.start), i});
     }
     std::sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) {
         const int order = a.key.compare(b.key);
@@ -308,7 +324,8 @@ void JSONWriter::arrange(const Level& level) {
         if (!arranged.empty()) arranged += ',';
         arranged += piece.text;
     }
-    text_.replace(level.start + 1, std::string::npos, arranged);
+    text_.truncate(level.start + 1);
+    text_.append(arranged);
 }
 
 } // namespace platform::inline v1::detail

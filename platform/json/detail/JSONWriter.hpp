@@ -1,9 +1,11 @@
 #pragma once
 
 #include "platform/json/JSONEncoder.hpp"
+#include "platform/json/detail/TextBuffer.hpp"
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -29,15 +31,6 @@ public:
 
     [[nodiscard]] const JSONEncoder& settings() const noexcept { return settings_; }
 
-    [[nodiscard]] bool breaksLines() const noexcept {
-        return (settings_.outputFormatting & JSONEncoder::prettyPrinted) != 0;
-    }
-
-    /// The byte that is escaped in strings beside those that must be; the quote, which must be, where there is none.
-    [[nodiscard]] char furtherEscaped() const noexcept {
-        return (settings_.outputFormatting & JSONEncoder::withoutEscapingSlashes) != 0 ? '"' : '/';
-    }
-
     [[nodiscard]] bool sortsKeys() const noexcept {
         return (settings_.outputFormatting & JSONEncoder::sortedKeys) != 0;
     }
@@ -56,15 +49,33 @@ public:
     void beginMember(std::string_view key);
     void beginElement();
 
+    /// How many containers stand around a level.
+    [[nodiscard]] std::size_t depth(LevelIndex level) const noexcept { return depth_ + level; }
+
     /// How many containers stand around what comes next.
     [[nodiscard]] std::size_t depth() const noexcept { return depth_ + levels_.size() - 1 + isInside(); }
 
     /// Where lines are broken, begins one inside so many containers.
-    void lineBreak(std::size_t depth);
+    void lineBreak(std::size_t depth) {
+        if (!breaksLines_) return;
+        const std::size_t length = 1 + 2 * depth;
+        char* const out = text_.room(length);
+        std::memset(out, ' ', length);
+        *out = '\n';
+        text_.setEnd(out + length);
+    }
 
-    void null() { text_ += "null"; }
+    /// What stands between a key's quote and its value.
+    void keyEnd() {
+        char* const out = text_.room(2);
+        out[0] = ':';
+        out[1] = ' ';
+        text_.setEnd(out + (breaksLines_ ? 2 : 1));
+    }
 
-    void boolean(bool value) { text_ += value ? "true" : "false"; }
+    void null() { text_.append("null"); }
+
+    void boolean(bool value) { text_.append(value ? "true" : "false"); }
 
     void string(std::string_view value);
     void number(double value); ///< must be finite
@@ -88,7 +99,7 @@ public:
     /// Ends the first level. False where it wrote nothing.
     [[nodiscard]] bool finish();
 
-    [[nodiscard]] std::string& text() noexcept { return text_; }
+    [[nodiscard]] TextBuffer& text() noexcept { return text_; }
 
 private:
     enum class Form : std::uint8_t { nothing, single, array, object };
@@ -123,6 +134,7 @@ private:
         return levels_.back().form == Form::array || levels_.back().form == Form::object;
     }
 
+    void escapedString(std::string_view value);
     void separate();
     void endLevel();
     void putIn(const Level& level);
@@ -130,7 +142,10 @@ private:
 
     const JSONEncoder& settings_;
     std::uint32_t depth_;
-    std::string text_{};
+    bool breaksLines_;
+    char furtherEscaped_; ///< in strings, beside what must be; the quote, which must be, where there is none
+    TextBuffer text_{};
+    std::string digits_{}; ///< of the number that is written
     std::vector<Level> levels_{};
     std::vector<Member> members_{};
     std::vector<Splice> splices_{};

@@ -120,7 +120,7 @@ TEST(OpenAPIValueContainer, TakesWhatIsAPartOfItself) {
     EXPECT_EQ(list.description(), "[1, 2]");
 }
 
-TEST(OpenAPIValueContainer, IsDestroyedAtAnyDepth) {
+TEST(OpenAPIValueContainer, IsDestroyedAndRefusedByTheEncoderAtAnyDepth) {
     OpenAPIValueContainer value;
     for (int i = 0; i < 200'000; ++i) {
         OpenAPIArrayContainer list{7};
@@ -128,6 +128,7 @@ TEST(OpenAPIValueContainer, IsDestroyedAtAnyDepth) {
         value = OpenAPIObjectContainer(std::vector<OpenAPIObjectContainer::Member>(1));
         value.getIf<OpenAPIObjectContainer>()->find("")->emplace<OpenAPIArrayContainer>() = std::move(list);
     }
+    EXPECT_THROW((void)JSONEncoder().encode(value), EncodingError);
     value = nullptr;
     EXPECT_FALSE(value.hasValue());
 }

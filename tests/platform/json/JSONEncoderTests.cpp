@@ -209,6 +209,34 @@ TEST(JSONEncoder, RefusesWhatHasNoForm) {
     );
 }
 
+Scripted lists(int depth) {
+    return {[depth](Encoder& encoder) {
+        auto container = encoder.unkeyedContainer();
+        if (depth > 1) container.encode(lists(depth - 1));
+    }};
+}
+
+void nest(KeyedEncodingContainer& container, int depth) {
+    if (depth == 1) return;
+    auto inner = container.nestedContainer("k");
+    nest(inner, depth - 1);
+}
+
+TEST(JSONEncoder, WritesNothingThatIsTooDeepToRead) {
+    const auto objects = [](int depth) {
+        return Scripted{[depth](Encoder& encoder) {
+            auto container = encoder.container();
+            nest(container, depth);
+        }};
+    };
+    EXPECT_EQ(JSONEncoder().encode(lists(512)).size(), 1024U);
+    EXPECT_EQ(JSONEncoder().encode(objects(512)).size(), 512U * 2 + 511 * 4);
+    for (const Scripted& value : {lists(513), objects(513)}) {
+        const std::string text = failure(value);
+        EXPECT_NE(text.find(": More than 512 containers inside one another."), std::string::npos) << text;
+    }
+}
+
 TEST(JSONEncoder, DatesGoThroughTheStrategy) {
     const JSONEncoder encoder(JSONEncoder::plain, [](Date date) {
         if (date < Date()) throw std::invalid_argument("too early");
