@@ -29,7 +29,7 @@ public:
         tooManyRedirects, ///< more redirects than the session allows
         bodyLength,       ///< the request body is longer or shorter than declared
         unsupportedURL,   ///< the URL, or one redirected to, is not http or https with a host
-        invalidRequest,   ///< the method or a field cannot be put on the wire
+        invalidRequest,   ///< the method or a field cannot be put on the wire, or the whole head is too long
         other             ///< anything else, such as a lack of memory or of file descriptors
     };
 

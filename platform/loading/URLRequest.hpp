@@ -30,8 +30,9 @@ using HTTPHeaderFields = std::map<std::string, std::string, FieldNameLess>;
 /// Everything goes out as given and nothing is added for taste: there is no `Accept`, `User-Agent` or `Content-Type`
 /// unless the caller sets one. `Content-Length`, `Transfer-Encoding` and `Connection` follow from the request and are
 /// not taken from the fields. A request that cannot be put on the wire (a method or a field name that is no RFC 9110
-/// token, a line break or a zero byte in a value) ends its task with `URLError::Kind::invalidRequest`; a URL that is
-/// not `http` or `https` with a host, with `URLError::Kind::unsupportedURL`.
+/// token, a line break or a zero byte in a value, a head of more than 1 MB) ends its task with
+/// `URLError::Kind::invalidRequest`; a URL that is not `http` or `https` with a host, with
+/// `URLError::Kind::unsupportedURL`.
 ///
 /// Without an `Accept-Encoding` of the caller's, a task that collects its body asks for compressed bytes and hands out
 /// the decoded ones; with one, the body comes as the server sent it.

@@ -358,7 +358,7 @@ void SessionCore::begin(const std::shared_ptr<TaskState>& task) {
             return;
         }
     } catch (const std::exception& error) {
-        // Such as a URL of more than 8 MB, which the engine does not take.
+        // An option that the engine does not take, or a lack of memory.
         finish(task, URLError(URLError::Kind::other, error.what(), task->target.url));
         return;
     }

@@ -10,6 +10,9 @@ namespace platform::inline v1::detail {
 
 namespace {
 
+// The engine builds no head of more than 1 MiB and says "out of memory" then; the rest is for fields of its own.
+constexpr std::size_t maximumHeadSize = 1'000'000;
+
 bool isIdempotent(std::string_view method) noexcept {
     constexpr std::array<std::string_view, 6> methods{"GET", "HEAD", "PUT", "DELETE", "OPTIONS", "TRACE"};
     return std::find(methods.begin(), methods.end(), method) != methods.end();
@@ -196,6 +199,7 @@ Transfer::encodeFields(const URLRequest& request, const Target& target, bool has
     if (asksForIdentity && !request.allHTTPHeaderFields.contains("Accept-Encoding")) {
         addHeaderLine("Accept-Encoding", "identity");
     }
+    if (url_.size() + method_.size() + headerText_.size() > maximumHeadSize) return "the head is longer than 1 MB";
     linkHeaderLines();
     return std::nullopt;
 }

@@ -169,6 +169,8 @@ TEST(Faults, WhatNeverReachesAServer) {
     badField.allHTTPHeaderFields["X"] = "a\r\nInjected: yes";
     auto zeroField = request(plain.url());
     zeroField.allHTTPHeaderFields["X"] = std::string("a\0b", 3);
+    auto longField = request(plain.url());
+    longField.allHTTPHeaderFields["X"] = std::string(1'100'000, 'x');
     auto badName = request(plain.url());
     badName.allHTTPHeaderFields["X: y\r\nInjected"] = "a";
 
@@ -182,7 +184,8 @@ TEST(Faults, WhatNeverReachesAServer) {
         {request("file:///etc/passwd"), "unsupportedURL"},
         {request("/relative"), "unsupportedURL"},
         {request("http://127.0.0.1:65536/"), "unsupportedURL"},
-        {request(plain.url("/" + std::string(9'000'000, 'x'))), "other"},
+        {request(plain.url("/" + std::string(9'000'000, 'x'))), "invalidRequest"},
+        {longField, "invalidRequest"},
         {request(plain.url(), "GE T"), "invalidRequest"},
         {request(plain.url(), ""), "invalidRequest"},
         {badField, "invalidRequest"},
