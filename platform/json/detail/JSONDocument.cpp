@@ -105,10 +105,6 @@ std::pair<char32_t, const char*> unicodeEscape(const char* at) noexcept {
     return {0x10000 + ((first - 0xD800) << 10U) + (second - 0xDC00), at + 12};
 }
 
-/// In nodes, 2 MiB in bytes: what a text of about one megabyte needs. Giving so large a block back to the system and
-/// taking it anew, page by page, would cost a third of the time of decoding such a text.
-constexpr std::uint32_t largestSpareRoom = 128 * 1024;
-
 } // namespace
 
 /// One pass over the text, without recursion.
@@ -334,30 +330,18 @@ JSONDocument::JSONDocument(std::string_view text)
     JSONParser(*this).parse();
 }
 
-JSONDocument::~JSONDocument() {
-    // Of two documents that lived at once, the thread keeps the larger room.
-    Room& spare = spareRoom();
-    if (heap_.capacity <= largestSpareRoom && heap_.capacity > spare.capacity) spare = std::move(heap_);
-}
-
-JSONDocument::Room& JSONDocument::spareRoom() noexcept {
-    static thread_local Room room;
-    return room;
-}
-
 void JSONDocument::grow() {
-    Room larger = std::exchange(spareRoom(), Room{});
+    Room<JSONNode> larger = SpareRoom<JSONNode>::take();
     if (larger.capacity <= capacity_) {
         // Guessed from the text at first, so that an ordinary document grows once.
-        const std::size_t guess = std::max<std::size_t>(std::size_t{capacity_} * 2, heap_.nodes ? 0 : text_.size() / 8);
-        larger.nodes = std::make_unique_for_overwrite<JSONNode[]>(guess);
-        larger.capacity =
-            static_cast<std::uint32_t>(std::min<std::size_t>(guess, std::numeric_limits<std::uint32_t>::max()));
+        const std::size_t guess = heap_.items ? 0 : text_.size() / 8;
+        larger = Room<JSONNode>::of(std::max(std::size_t{capacity_} * 2, guess));
     }
-    std::copy_n(nodes_, size_, larger.nodes.get());
+    std::copy_n(nodes_, size_, larger.items.get());
     heap_ = std::move(larger);
-    nodes_ = heap_.nodes.get();
-    capacity_ = heap_.capacity;
+    nodes_ = heap_.items.get();
+    constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
+    capacity_ = static_cast<std::uint32_t>(std::min(heap_.capacity, most));
 }
 
 void JSONDocument::assignUnescaped(const JSONNode& node, std::string& out) const {

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "platform/json/detail/SpareRoom.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace platform::inline v1::detail {
@@ -41,7 +43,8 @@ public:
     explicit JSONDocument(std::string_view text);
     JSONDocument(const JSONDocument&) = delete;
     JSONDocument& operator=(const JSONDocument&) = delete;
-    ~JSONDocument();
+
+    ~JSONDocument() { SpareRoom<JSONNode>::give(std::move(heap_)); }
 
     [[nodiscard]] const JSONNode& operator[](std::uint32_t index) const noexcept { return nodes_[index]; }
 
@@ -83,15 +86,6 @@ private:
         std::vector<std::uint32_t> keys;
     };
 
-    /// Room for nodes on the heap.
-    struct Room {
-        std::unique_ptr<JSONNode[]> nodes{};
-        std::uint32_t capacity = 0;
-    };
-
-    /// What the thread keeps for its next document.
-    [[nodiscard]] static Room& spareRoom() noexcept;
-
     void assignUnescaped(const JSONNode& node, std::string& out) const;
     [[nodiscard]] std::string keyText(std::uint32_t index) const;
     [[nodiscard]] const Index& indexOf(std::uint32_t object) const;
@@ -101,7 +95,7 @@ private:
     JSONNode* nodes_;
     std::uint32_t size_ = 0;
     std::uint32_t capacity_;
-    Room heap_{};
+    Room<JSONNode> heap_{};
     mutable std::unordered_map<std::uint32_t, Index> indices_{};
     JSONNode inPlace_[64]; ///< small documents allocate nothing
 };

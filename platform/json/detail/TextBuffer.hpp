@@ -1,8 +1,9 @@
 #pragma once
 
+#include "platform/json/detail/SpareRoom.hpp"
+
 #include <cstddef>
 #include <cstring>
-#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -12,23 +13,26 @@ namespace platform::inline v1::detail {
 /// before it is known how much of it will be used, and room that nothing was written to.
 class TextBuffer {
 public:
-    TextBuffer() noexcept;
+    TextBuffer() noexcept
+        : room_(SpareRoom<char>::take()) {}
+
     TextBuffer(const TextBuffer&) = delete;
     TextBuffer& operator=(const TextBuffer&) = delete;
-    ~TextBuffer();
+
+    ~TextBuffer() { SpareRoom<char>::give(std::move(room_)); }
 
     [[nodiscard]] std::size_t size() const noexcept { return size_; }
 
-    [[nodiscard]] std::string_view view() const noexcept { return {room_.bytes.get(), size_}; }
+    [[nodiscard]] std::string_view view() const noexcept { return {room_.items.get(), size_}; }
 
     /// Where the next bytes go: there is room for `count` of them until the next call. `setEnd` says what became of it.
     [[nodiscard]] char* room(std::size_t count) {
         if (room_.capacity - size_ < count) grow(count);
-        return room_.bytes.get() + size_;
+        return room_.items.get() + size_;
     }
 
     /// Ends the text before `end`, which lies in the room given last.
-    void setEnd(const char* end) noexcept { size_ = static_cast<std::size_t>(end - room_.bytes.get()); }
+    void setEnd(const char* end) noexcept { size_ = static_cast<std::size_t>(end - room_.items.get()); }
 
     void append(char c) {
         *room(1) = c;
@@ -50,17 +54,9 @@ public:
     }
 
 private:
-    struct Room {
-        std::unique_ptr<char[]> bytes{};
-        std::size_t capacity = 0;
-    };
-
-    /// What the thread keeps for its next text.
-    [[nodiscard]] static Room& spareRoom() noexcept;
-
     void grow(std::size_t count);
 
-    Room room_;
+    Room<char> room_;
     std::size_t size_ = 0;
 };
 
