@@ -532,6 +532,10 @@ private:
 
     static constexpr Header* emptyBuffer() noexcept { return const_cast<Header*>(&detail::emptyDequeStorage); }
 
+    /// Whether a buffer of the deque's own grows where it lies: the bytes of its elements may go anywhere.
+    static constexpr bool growsInPlace =
+        std::is_trivially_copyable_v<Element> && shiftsInPlace && alignof(Element) <= alignof(std::max_align_t);
+
     [[nodiscard]] Handle handle() const noexcept { return Handle(buffer_); }
 
     [[nodiscard]] Element* slot(Index at) const noexcept {
@@ -617,7 +621,7 @@ private:
             buffer->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
             return;
         Handle(buffer).destroy(0, buffer->count);
-        detail::freeDequeBuffer(buffer, alignof(Element));
+        detail::freeDequeBuffer(buffer);
     }
 
     /// Puts a buffer of this deque's own in the place of the present one.
@@ -639,6 +643,14 @@ private:
         if (added > PTRDIFF_MAX - count()) throw std::bad_array_new_length();
         const Index needed = count() + added;
         return needed <= capacity() ? capacity() : detail::grownCapacity(capacity(), needed, false);
+    }
+
+    /// Gives a full buffer of the deque's own room for another element, and puts the elements in order from slot 0 on.
+    void growInPlace() {
+        const Index full = capacity();
+        own_ = buffer_ =
+            detail::enlargeDequeBuffer(buffer_, capacityFor(1), sizeof(Element), detail::elementsOffset<Element>);
+        handle().straighten(full);
     }
 
     /// Puts a new buffer in the place of the old one: the elements but those from `lower` up to `upper`, with a gap of
@@ -688,9 +700,18 @@ private:
             FreshBuffer fresh(firstCapacity, {tailMoves ? 0 : firstCapacity - 1});
             fresh.fill(0, 1, fill);
             adopt(fresh.release(1));
-        } else {
-            insertGap(at, 1, tailMoves, fill);
+            return slot(at);
         }
+        if constexpr (growsInPlace) {
+            if (count() == capacity() && isUnique()) {
+                Element element(std::forward<Arguments>(arguments)...); // they may lead into the buffer
+                growInPlace();
+                Element* const place = handle().openSlot(at, tailMoves);
+                construct(place, std::move(element));
+                return place;
+            }
+        }
+        insertGap(at, 1, tailMoves, fill);
         return slot(at);
     }
 
@@ -853,7 +874,7 @@ public:
         if (header_ == nullptr) return;
         for (const auto& [lower, upper] : constructed_)
             Handle(header_).destroy(lower, upper);
-        detail::freeDequeBuffer(header_, alignof(Element));
+        detail::freeDequeBuffer(header_);
     }
 
     /// Has `fill` construct `size` elements at `offset`; it leaves none behind when it throws.

@@ -2,7 +2,8 @@
 
 #include "platform/ProgrammingError.hpp"
 
-#include <cstdint>
+#include <cstddef>
+#include <cstdlib>
 #include <new>
 
 namespace deque::inline v1::detail {
@@ -11,13 +12,11 @@ constinit const DequeBufferHeader emptyDequeStorage{2, 0};
 
 namespace {
 
-/// Where one allocation serves for the header and the elements, it is aligned for the stricter of them.
-std::align_val_t alignmentFor(std::size_t elementAlignment) noexcept {
-    return std::align_val_t{std::max(elementAlignment, alignof(DequeBufferHeader))};
-}
-
-bool isOverAligned(std::size_t elementAlignment) noexcept {
-    return elementAlignment > __STDCPP_DEFAULT_NEW_ALIGNMENT__;
+std::size_t sizeInBytes(std::ptrdiff_t capacity, std::size_t elementSize, std::size_t elementsStart) {
+    std::ptrdiff_t bytes = 0; // no object is larger than that counts
+    if (__builtin_mul_overflow(capacity, elementSize, &bytes) || __builtin_add_overflow(bytes, elementsStart, &bytes))
+        throw std::bad_array_new_length();
+    return static_cast<std::size_t>(bytes);
 }
 
 } // namespace
@@ -25,22 +24,31 @@ bool isOverAligned(std::size_t elementAlignment) noexcept {
 DequeBufferHeader* allocateDequeBuffer(
     std::ptrdiff_t capacity, std::size_t elementSize, std::size_t elementsStart, std::size_t elementAlignment
 ) {
-    std::ptrdiff_t bytes = 0; // no object is larger than that counts
-    if (__builtin_mul_overflow(capacity, elementSize, &bytes) || __builtin_add_overflow(bytes, elementsStart, &bytes))
-        throw std::bad_array_new_length();
-    const auto size = static_cast<std::size_t>(bytes);
-    void* const memory =
-        isOverAligned(elementAlignment) ? ::operator new(size, alignmentFor(elementAlignment)) : ::operator new(size);
+    const std::size_t size = sizeInBytes(capacity, elementSize, elementsStart);
+    // `aligned_alloc` wants a multiple of the alignment, which is at most the size.
+    void* const memory = elementAlignment > alignof(std::max_align_t)
+                             ? std::aligned_alloc(elementAlignment, (size + elementAlignment - 1) & -elementAlignment)
+                             : std::malloc(size);
+    if (memory == nullptr) throw std::bad_alloc();
     return ::new (memory) DequeBufferHeader(1, capacity);
 }
 
-void freeDequeBuffer(DequeBufferHeader* buffer, std::size_t elementAlignment) noexcept {
+DequeBufferHeader* enlargeDequeBuffer(
+    DequeBufferHeader* buffer, std::ptrdiff_t capacity, std::size_t elementSize, std::size_t elementsStart
+) {
+    const std::ptrdiff_t count = buffer->count;
+    const DequeSlot startSlot = buffer->startSlot;
+    void* const memory = std::realloc(static_cast<void*>(buffer), sizeInBytes(capacity, elementSize, elementsStart));
+    if (memory == nullptr) throw std::bad_alloc();
+    auto* const enlarged = ::new (memory) DequeBufferHeader(1, capacity);
+    enlarged->count = count;
+    enlarged->startSlot = startSlot;
+    return enlarged;
+}
+
+void freeDequeBuffer(DequeBufferHeader* buffer) noexcept {
     buffer->~DequeBufferHeader();
-    if (isOverAligned(elementAlignment)) {
-        ::operator delete(static_cast<void*>(buffer), alignmentFor(elementAlignment));
-    } else {
-        ::operator delete(static_cast<void*>(buffer));
-    }
+    std::free(static_cast<void*>(buffer));
 }
 
 std::string describeDequeStorage(const DequeBufferHeader& header, const std::string& elementTypeName) {

@@ -123,8 +123,15 @@ template <class Element>
     std::ptrdiff_t capacity, std::size_t elementSize, std::size_t elementsStart, std::size_t elementAlignment
 );
 
+/// A buffer held once, with room for more elements, which stay in their slots: where it lies if there is room behind
+/// it, else elsewhere, with the bytes of the elements. Their alignment is not above that of `std::max_align_t`.
+/// @throws std::bad_alloc, and the buffer is as it was
+[[nodiscard]] QUILLBEAM_EXPORT DequeBufferHeader* enlargeDequeBuffer(
+    DequeBufferHeader* buffer, std::ptrdiff_t capacity, std::size_t elementSize, std::size_t elementsStart
+);
+
 /// Frees a buffer whose elements are gone.
-QUILLBEAM_EXPORT void freeDequeBuffer(DequeBufferHeader* buffer, std::size_t elementAlignment) noexcept;
+QUILLBEAM_EXPORT void freeDequeBuffer(DequeBufferHeader* buffer) noexcept;
 
 /// "Deque<Int>._Storage(capacity: 8, count: 3, startSlot: 6)" for the element type name "Int".
 [[nodiscard]] QUILLBEAM_EXPORT std::string

@@ -95,6 +95,25 @@ struct UnsafeHandle {
         header->count -= size;
     }
 
+    /// Puts the elements in order from slot 0 on, where they filled a buffer of `full` slots that has since grown by
+    /// half: the shorter of their runs steps aside into the new slots.
+    void straighten(std::ptrdiff_t full) const noexcept {
+        const std::ptrdiff_t start = header->startSlot.position;
+        if (start == 0) return;
+        Element* const aside = elements + full;
+        const std::ptrdiff_t head = full - start;
+        if (head <= start) {
+            relocate(elements + start, aside, head);
+            relocate(elements, elements + head, start);
+            relocate(aside, elements, head);
+        } else {
+            relocate(elements, aside, start);
+            relocate(elements + start, elements, head);
+            relocate(aside, elements + head, start);
+        }
+        header->startSlot = {};
+    }
+
 private:
     // Both sides of a move may wrap, each once: it falls into at most three runs that are contiguous on both sides. No
     // run overwrites a slot that a later one reads, since a move toward the end starts with the last run, and one
