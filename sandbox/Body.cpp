@@ -5,22 +5,19 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <utility>
 
 namespace sandbox {
 
 Body::Body(const Request& request) {
     if (request.body.empty()) throw Problem::badRequest("The request needs a JSON body.");
-    object_ = std::make_unique<const Json>(Json::parse(request.body, nullptr, /*allow_exceptions=*/false));
+    object_ = std::make_shared<const Json>(Json::parse(request.body, nullptr, /*allow_exceptions=*/false));
     if (object_->is_discarded()) throw Problem::badRequest("The body is not JSON.");
     if (!object_->is_object()) throw Problem::badRequest("The body is not a JSON object.");
 }
 
-Body::Body(const Json& object)
-    : object_(std::make_unique<const Json>(object)) {}
-
-Body::~Body() = default;
-
-Body::Body(Body&& other) noexcept = default;
+Body::Body(std::shared_ptr<const Json> object)
+    : object_(std::move(object)) {}
 
 const Json* Body::find(const char* key) const {
     const auto found = object_->find(key);
@@ -67,7 +64,7 @@ std::optional<std::vector<Body>> Body::optionalObjects(const char* key) const {
     std::vector<Body> objects;
     for (const Json& element : *member) {
         if (!element.is_object()) refuse();
-        objects.push_back(Body(element));
+        objects.push_back(Body(std::shared_ptr<const Json>(object_, &element)));
     }
     return objects;
 }

@@ -16,8 +16,6 @@ class Body {
 public:
     /// @throws Problem if the body is missing or is not one JSON object.
     explicit Body(const Request& request);
-    ~Body();
-    Body(Body&& other) noexcept;
 
     /// @throws Problem if the member is missing, null or not a text.
     std::string text(const char* key) const;
@@ -38,10 +36,11 @@ public:
     std::optional<std::vector<Body>> optionalObjects(const char* key) const;
 
 private:
-    explicit Body(const Json& object);
+    explicit Body(std::shared_ptr<const Json> object);
     const Json* find(const char* key) const;
 
-    std::unique_ptr<const Json> object_;
+    // An object within a body shares the whole: a copy of deeply nested JSON would recurse until the stack ends.
+    std::shared_ptr<const Json> object_;
 };
 
 } // namespace sandbox

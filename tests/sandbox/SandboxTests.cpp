@@ -32,6 +32,7 @@ std::string domain(const std::string& metadata) {
 }
 
 const std::string error = R"({"errorDescription":"*"})";
+constexpr std::size_t deeperThanStacks = 200'000;
 
 int create(Caller& caller, const std::string& name) {
     return caller.call("POST", "/domains", Json{{"name", name}}.dump()).status;
@@ -94,6 +95,12 @@ TEST(Sandbox, FollowsTheRulesOfDomains) {
         {"no body", "POST", "/domains", "", 400, error},
         {"a body that is not JSON", "POST", "/domains", R"({"name":)", 400, error},
         {"a body that is no object", "POST", "/domains", "[]", 400, error},
+        {"a body nested deeper than a stack",
+         "POST",
+         "/links",
+         R"({"tags":[{"deep":)" + std::string(deeperThanStacks, '[') + std::string(deeperThanStacks, ']') + "}]}",
+         400,
+         error},
         {"a body without the name", "POST", "/domains", "{}", 400, error},
         {"a name of another type", "POST", "/domains", R"({"name":["a.example"]})", 400, error},
         {"a second domain",
