@@ -235,9 +235,15 @@ public:
     /// The last element, or null.
     [[nodiscard]] const Element* last() const noexcept { return isEmpty() ? nullptr : slot(count() - 1); }
 
-    [[nodiscard]] const Element& front() const { return (*this)[0]; }
+    [[nodiscard]] const Element& front() const {
+        checkIndex(0);
+        return handle().elements[buffer_->startSlot.position];
+    }
 
-    [[nodiscard]] const Element& back() const { return (*this)[count() - 1]; }
+    [[nodiscard]] const Element& back() const {
+        checkIndex(0);
+        return handle().elements[buffer_->lastSlot().position];
+    }
 
     [[nodiscard]] Element& front() { return (*this)[0]; }
 
@@ -460,13 +466,13 @@ public:
     void removeAll(bool keepingCapacity = false);
 
     void pop_front() {
-        if (own_->count == 0) [[unlikely]]
+        if (own_ != buffer_ || isEmpty()) [[unlikely]]
             return popSlowly(0, false);
         dropFirst();
     }
 
     void pop_back() {
-        if (own_->count == 0) [[unlikely]]
+        if (own_ != buffer_ || isEmpty()) [[unlikely]]
             return popSlowly(count() - 1, true);
         dropLast();
     }
@@ -666,13 +672,14 @@ private:
     /// Removes an offset range, filling the gap from behind it or, unless `tailMoves`, from before it.
     void removeRange(Index lower, Index upper, bool tailMoves);
 
-    // At the ends one comparison tells whether the fast way is open: `own_` is a buffer that is full and empty at once
-    // where there is nothing that may be written.
+    // At the ends two comparisons tell whether the fast way is open: that the buffer is known to be the deque's own,
+    // and that there is room, or an element. The buffer without capacity is full and empty at once, and is never
+    // written. All is read through `buffer_`, as the reading functions do, so that a compiler reads it once for both.
 
     template <class... Arguments>
     Element* emplaceLast(Arguments&&... arguments) {
-        Header* const own = own_;
-        if (own->count == own->capacity) [[unlikely]]
+        Header* const own = buffer_;
+        if (own_ != own || own->count == own->capacity) [[unlikely]]
             return emplaceSlowly(count(), true, std::forward<Arguments>(arguments)...);
         Element* const place = Handle(own).elements + own->endSlot().position;
         construct(place, std::forward<Arguments>(arguments)...);
@@ -682,8 +689,8 @@ private:
 
     template <class... Arguments>
     Element* emplaceFirst(Arguments&&... arguments) {
-        Header* const own = own_;
-        if (own->count == own->capacity) [[unlikely]]
+        Header* const own = buffer_;
+        if (own_ != own || own->count == own->capacity) [[unlikely]]
             return emplaceSlowly(0, false, std::forward<Arguments>(arguments)...);
         const detail::DequeSlot before = own->slotBefore(own->startSlot);
         Element* const place = Handle(own).elements + before.position;
@@ -717,16 +724,16 @@ private:
 
     /// Removes the element at an end, of a buffer of the deque's own that has one.
     void dropFirst() noexcept {
-        Header* const own = own_;
+        Header* const own = buffer_;
         std::destroy_at(Handle(own).elements + own->startSlot.position);
         own->startSlot = own->slotAfter(own->startSlot);
         own->count -= 1;
     }
 
     void dropLast() noexcept {
-        Header* const own = own_;
+        Header* const own = buffer_;
         if constexpr (!std::is_trivially_destructible_v<Element>)
-            std::destroy_at(Handle(own).elements + own->slotForOffset(own->count - 1).position);
+            std::destroy_at(Handle(own).elements + own->lastSlot().position);
         own->count -= 1;
     }
 

@@ -95,6 +95,13 @@ struct DequeBufferHeader {
         if (__builtin_expect_with_probability(position >= capacity, 0, 0.999)) return {position - capacity};
         return {position};
     }
+
+    /// Where the last element is; there is one.
+    [[nodiscard]] constexpr DequeSlot lastSlot() const noexcept {
+        const std::ptrdiff_t position = startSlot.position + count - 1;
+        if (__builtin_expect_with_probability(position >= capacity, 0, 0.999)) return {position - capacity};
+        return {position};
+    }
 };
 
 /// Stands for every deque without capacity. It is never written, and no deque counts as its only holder.
