@@ -245,11 +245,13 @@ public:
 
     Read date(Place at, Date& out) final {
         if (source_.settings.dateStrategy) {
-            return read(at, JSONKind::string, [&](const JSONNode& node) {
+            const Read result = read(at, JSONKind::string, [&](const JSONNode& node) {
                 std::string unescaped;
                 out = source_.settings.dateStrategy(textOf(source_.document, node, unescaped));
                 return Read::ok;
             });
+            if (result == Read::mismatch) fail(result, at, "String"); // what the strategy would have been given
+            return result;
         }
         return read(at, JSONKind::number, [&](const JSONNode& node) {
             double seconds = 0;
