@@ -31,7 +31,8 @@ std::string referrerOf(const Request& request) {
     const std::size_t slashes = address.find("://");
     if (slashes == std::string::npos) return "Direct";
     const std::size_t host = slashes + 3;
-    return address.substr(host, address.find_first_of("/?#", host) - host);
+    const std::size_t end = address.find_first_of("/?#", host);
+    return end == host ? "Direct" : address.substr(host, end - host);
 }
 
 Visit visitOf(Session& database, const Request& request) {
@@ -118,7 +119,8 @@ Response follow(Session& database, const Request& request) {
         throw Problem(410, "The link expired.");
     }
     const auto account = link->optionalText(1);
-    if (!account || takeRoomForClick(database, *account)) {
+    const bool isClick = !request.isHead; // which is how previews look where a link leads
+    if (isClick && (!account || takeRoomForClick(database, *account))) {
         database.execute(
             "INSERT INTO clicks (link_id, at, country, region, device, referrer, browser, os) "
             "VALUES (?, ?, ?, ?, ?, ?, ?, ?)",

@@ -17,7 +17,10 @@ using Json = nlohmann::ordered_json;
 
 /// A request as the resources see it: routed, decoded, its body read.
 struct Request {
+    /// "GET" for HEAD, too: its answer is the same, and the server leaves the body out.
     std::string method;
+
+    bool isHead = false;
 
     /// The path's segments, percent-decoded one by one, so that an escaped slash stays inside its segment.
     std::vector<std::string> path;

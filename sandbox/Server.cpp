@@ -8,6 +8,7 @@
 #include <cctype>
 #include <charconv>
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <filesystem>
 #include <future>
@@ -93,8 +94,8 @@ void endReadingOnConnections() {
 
 Request requestOf(const httplib::Request& message) {
     Request request;
-    // An answer to HEAD is that to GET without its body, which the library leaves out.
-    request.method = message.method == "HEAD" ? "GET" : message.method;
+    request.isHead = message.method == "HEAD";
+    request.method = request.isHead ? "GET" : message.method;
     request.query.insert(message.params.begin(), message.params.end());
     for (const auto& [name, value] : message.headers) {
         std::string key = name;
@@ -105,6 +106,16 @@ Request requestOf(const httplib::Request& message) {
     }
     request.body = message.body;
     return request;
+}
+
+void ignoreWhatTheLibraryGetsWrong(httplib::Request& message) {
+    // It would cut every answer to the range that was asked for, errors too. A server may do without ranges (RFC 9110,
+    // section 14.2).
+    message.ranges.clear();
+    // It refuses a long body that is said to be a form, which some tools say of any body by default.
+    if (message.get_header_value<std::uint64_t>("Content-Length") > CPPHTTPLIB_FORM_URL_ENCODED_PAYLOAD_MAX_LENGTH) {
+        message.headers.erase("Content-Type");
+    }
 }
 
 void fill(httplib::Response& message, const Response& response) {
@@ -136,6 +147,7 @@ public:
         // The library reads a body by the method alone, and without a length waits for the connection's end. Who
         // announces no body (RFC 9112, section 6.3) is answered before it tries.
         set_pre_routing_handler([handler](const httplib::Request& request, httplib::Response& response) {
+            ignoreWhatTheLibraryGetsWrong(const_cast<httplib::Request&>(request));
             if (request.has_header("Content-Length") || request.has_header("Transfer-Encoding")) {
                 return HandlerResponse::Unhandled;
             }

@@ -44,6 +44,7 @@ TEST(SandboxClicks, LeadWhereTheLinkSaysForTheVisitor) {
         {"no known country", "/s/full", {{"X-Sandbox-Country", "FR"}}, 302, "https://e.com/a?utm_medium=m"},
         {"a bad country", "/s/full", {{"X-Sandbox-Country", "de"}}, 400, ""},
         {"a bad time", "/s/full", {{"X-Sandbox-Time", "now"}}, 400, ""},
+        {"the year 0", "/s/full", {{"X-Sandbox-Time", "0000-01-02T00:00:00Z"}}, 400, ""},
         {"before it expires", "/s/brief", {{"X-Sandbox-Time", "2020-01-01T00:00:00Z"}}, 302, "https://e.com/"},
         {"as it expires", "/s/brief", {{"X-Sandbox-Time", "2020-01-02T00:00:00Z"}}, 302, "https://e.com/late"},
         {"expired", "/s/gone", {}, 410, ""},
@@ -105,6 +106,7 @@ TEST(SandboxClicks, ShowInTheAnalyticsOfTheirRange) {
     );
     follow("2026-03-02T00:59:59Z", {{"User-Agent", edge}, {"X-Sandbox-Country", "FR"}});
     follow("2026-04-10T12:00:00Z", {{"User-Agent", "curl/8.0"}});
+    EXPECT_EQ(bare.Head("/s/a", {{"X-Sandbox-Time", "2026-03-02T00:00:00Z"}})->status, 302); // no click
 
     const auto analytics = [&](const std::string& query) {
         return Json::parse(caller.call("GET", "/analytics/link/" + id + "?" + query).body);
