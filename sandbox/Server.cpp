@@ -113,7 +113,8 @@ void ignoreWhatTheLibraryGetsWrong(httplib::Request& message) {
     // section 14.2).
     message.ranges.clear();
     // It refuses a long body that is said to be a form, which some tools say of any body by default.
-    if (message.get_header_value<std::uint64_t>("Content-Length") > CPPHTTPLIB_FORM_URL_ENCODED_PAYLOAD_MAX_LENGTH) {
+    if (message.get_header_value("Content-Type").starts_with("application/x-www-form-urlencoded") &&
+        message.get_header_value<std::uint64_t>("Content-Length") > CPPHTTPLIB_FORM_URL_ENCODED_PAYLOAD_MAX_LENGTH) {
         message.headers.erase("Content-Type");
     }
 }
