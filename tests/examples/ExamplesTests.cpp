@@ -1,20 +1,16 @@
+#include "tests/ChildProcess.hpp"
 #include "tests/platform/loading/ScriptedServer.hpp"
 #include "tests/sandbox/SandboxProcess.hpp"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <future>
-#include <spawn.h>
-#include <stdexcept>
 #include <string>
 #include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -51,50 +47,16 @@ TEST(Examples, RunAgainstTheSandbox) {
     }
 }
 
-/// An example in a process of its own.
-class Program {
-public:
-    explicit Program(std::vector<std::string> arguments) {
-        arguments.front().insert(0, QUILLBEAM_EXAMPLES "/");
-        std::vector<char*> pointers;
-        for (std::string& argument : arguments) {
-            pointers.push_back(argument.data());
-        }
-        pointers.push_back(nullptr);
-        int ends[2];
-        if (pipe(ends) != 0) throw std::runtime_error("no pipe");
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-        posix_spawn_file_actions_addclose(&actions, ends[0]);
-        const int error = posix_spawn(&process_, pointers[0], &actions, nullptr, pointers.data(), environ);
-        posix_spawn_file_actions_destroy(&actions);
-        close(ends[1]);
-        output_ = fdopen(ends[0], "r");
-        if (error != 0) throw std::runtime_error("cannot start " + arguments.front());
-    }
+tests::ChildProcess manyLinks(const tests::ScriptedServer& server) {
+    return tests::ChildProcess({QUILLBEAM_EXAMPLES "/many_links", server.url(""), "key"});
+}
 
-    void signal(int number) const { kill(process_, number); }
-
-    /// Waits for its end and gives its exit status.
-    int status() {
-        for (int c = std::fgetc(output_); c != EOF; c = std::fgetc(output_)) {
-            text_ += static_cast<char>(c);
-        }
-        std::fclose(output_);
-        int status = 0;
-        waitpid(process_, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-    /// The lines that it printed before its end.
-    long lineCount() const { return std::count(text_.begin(), text_.end(), '\n'); }
-
-private:
-    pid_t process_ = -1;
-    FILE* output_ = nullptr;
-    std::string text_;
-};
+int lineCount(tests::ChildProcess& program) {
+    int count = 0;
+    while (program.nextLine())
+        ++count;
+    return count;
+}
 
 /// Has one domain, and makes a link of every request for one that `mayAnswer` lets through; the others never end.
 tests::ScriptedServer::Script linkMaker(std::function<bool()> mayAnswer) {
@@ -127,20 +89,20 @@ TEST(Examples, AnInterruptionLosesNoLinkThatWasAnswered) {
         if (number == answered + atOnce) stalling.set_value();
         return number <= answered;
     }));
-    Program program({"many_links", server.url(""), "key"});
+    tests::ChildProcess program = manyLinks(server);
     stalling.get_future().wait();
     program.signal(SIGINT);
-    EXPECT_EQ(program.status(), 128 + SIGINT);
-    EXPECT_EQ(program.lineCount(), answered);
+    EXPECT_EQ(lineCount(program), answered);
+    EXPECT_EQ(program.wait(), 128 + SIGINT);
     EXPECT_EQ(asked, answered + atOnce);
 }
 
 TEST(Examples, AHundredLinksAreMadeUnlessToldOtherwise) {
     std::atomic<int> asked = 0;
     tests::ScriptedServer server(linkMaker([&] { return ++asked > 0; }));
-    Program many({"many_links", server.url(""), "key"});
-    EXPECT_EQ(many.status(), 0);
-    EXPECT_EQ(many.lineCount(), 100);
+    tests::ChildProcess program = manyLinks(server);
+    EXPECT_EQ(lineCount(program), 100);
+    EXPECT_EQ(program.wait(), 0);
     EXPECT_EQ(asked, 100);
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "tests/ChildProcess.hpp"
+
+#include <optional>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 /// A sandbox in a process of its own on a free port, for as long as the object lives. The including target defines
@@ -27,7 +29,7 @@ public:
     static int run(std::vector<std::string> arguments);
 
 private:
-    pid_t process_ = -1;
+    std::optional<tests::ChildProcess> process_;
     std::string address_;
     std::string key_;
 };

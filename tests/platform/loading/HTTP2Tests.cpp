@@ -1,5 +1,6 @@
 // HTTP/2 needs a server that somebody else wrote: nghttpd, which echoes what is posted to it.
 
+#include "tests/ChildProcess.hpp"
 #include "tests/platform/loading/Identity.hpp"
 #include "tests/platform/loading/Loading.hpp"
 
@@ -10,12 +11,11 @@
 #include <csignal>
 #include <mutex>
 #include <netinet/in.h>
+#include <optional>
 #include <set>
-#include <spawn.h>
 #include <stdexcept>
 #include <string>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -65,10 +65,10 @@ public:
     }
 
     void stop() {
-        if (process_ <= 0) return;
-        kill(process_, SIGKILL);
-        waitpid(std::exchange(process_, -1), nullptr, 0);
+        if (!reader_.joinable()) return;
+        process_->signal(SIGKILL);
         reader_.join();
+        process_.reset();
     }
 
     /// How many connections had a request, once it has stopped.
@@ -86,7 +86,7 @@ private:
         port_ = port;
         hasEnded_ = false;
         told_.clear();
-        std::vector<std::string> arguments = {
+        process_.emplace(std::vector<std::string>{
             NGHTTPD,
             "--address=127.0.0.1",
             "--htdocs=" + identity.folder.string(),
@@ -96,36 +96,19 @@ private:
             std::to_string(port),
             identity.keyFile.string(),
             identity.certificateFile.string()
-        };
-        std::vector<char*> pointers;
-        for (std::string& argument : arguments)
-            pointers.push_back(argument.data());
-        pointers.push_back(nullptr);
-        int ends[2];
-        if (pipe(ends) != 0) throw std::runtime_error("no pipe");
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-        posix_spawn_file_actions_addclose(&actions, ends[0]);
-        posix_spawn_file_actions_addclose(&actions, ends[1]);
-        const int error = posix_spawn(&process_, NGHTTPD, &actions, nullptr, pointers.data(), environ);
-        posix_spawn_file_actions_destroy(&actions);
-        close(ends[1]);
-        if (error != 0) throw std::runtime_error("cannot start " NGHTTPD);
-        reader_ = std::thread([this, output = ends[0]] { read(output); });
+        });
+        reader_ = std::thread([this] { read(); });
         if (waitFor("listen 127.0.0.1")) return true;
         stop();
         return false;
     }
 
-    void read(int output) {
-        char bytes[4096];
-        for (ssize_t got; (got = ::read(output, bytes, sizeof bytes)) > 0;) {
+    void read() {
+        while (const auto line = process_->nextLine()) {
             const std::lock_guard lock(mutex_);
-            told_.append(bytes, static_cast<std::size_t>(got));
+            told_.append(*line).append("\n");
             changed_.notify_all();
         }
-        close(output);
         const std::lock_guard lock(mutex_);
         hasEnded_ = true;
         changed_.notify_all();
@@ -136,7 +119,7 @@ private:
     std::string told_;
     bool hasEnded_ = false;
     int port_ = 0;
-    pid_t process_ = -1;
+    std::optional<ChildProcess> process_;
     std::thread reader_;
 };
 
