@@ -791,6 +791,8 @@ class Deque<Element>::Iterator {
 public:
     explicit Iterator(Deque elements) noexcept
         : storage_(std::move(elements)) {
+        // A deque that was moved here may still lend its buffer; copies of this iterator have to share it.
+        static_cast<void>(storage_.isUnique());
         const auto [first, second] = std::as_const(storage_).segments();
         nextSlot_ = first.data();
         endSlot_ = first.data() + first.size();

@@ -92,8 +92,8 @@ HTTPRequest::HTTPRequest(std::string_view soar_path, const Method& method, HTTPF
     : HTTPRequest(method, std::nullopt, std::nullopt, soar_path, std::move(fields)) {}
 
 HTTPRequest::Method HTTPRequest::method() const {
-    // NOLINTNEXTLINE(bugprone-unchecked-optional-access): the field's value is always a token
-    return Method::make(pseudoHeaderFields.method_.rawValue().view()).value();
+    // The field's value is a token, but of a request that was moved from.
+    return Method::make(pseudoHeaderFields.method_.rawValue().view()).value_or(Method::get);
 }
 
 void HTTPRequest::setMethod(const Method& method) {

@@ -106,6 +106,7 @@ HTTPResponse::HTTPResponse(int soar_statusCode)
 
 HTTPResponse::Status HTTPResponse::status() const {
     const std::string_view digits = pseudoHeaderFields.status_.rawValue().view();
+    if (digits.empty()) return Status(0); // of a response that was moved from
     Status status((digits[0] - '0') * 100 + (digits[1] - '0') * 10 + (digits[2] - '0'));
     status.reasonPhrase_ = reasonPhrase_;
     return status;

@@ -11,6 +11,7 @@ namespace tests {
 
 ChildProcess::ChildProcess(std::vector<std::string> arguments) {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);

@@ -43,7 +43,8 @@ namespace OpenAPIRuntime::inline v1 {
 ///
 /// # Identity
 ///
-/// It is a handle to a shared object: copies are the same body, and two bodies are equal only when they are one.
+/// It is a handle to a shared object: copies are the same body, and two bodies are equal only when they are one. A body
+/// that was moved from may only be assigned to or destroyed.
 ///
 /// Thread safety: a shared body may be used from several threads; each of its iterators belongs to one task at a time.
 class QUILLBEAM_EXPORT HTTPBody {

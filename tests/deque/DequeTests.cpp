@@ -190,6 +190,15 @@ TEST(Deque, IteratesOverWhatItHeld) {
     EXPECT_EQ(*other.next(), 2);
     EXPECT_EQ(Deque<int>().makeIterator().next(), nullptr);
 
+    // Of a deque with references to write through, too: the copy goes on where the iterator was.
+    Deque<std::string> lent{std::string(40, 'a'), std::string(40, 'b')};
+    lent[0][0] = 'x';
+    auto first = std::make_unique<Deque<std::string>::Iterator>(std::move(lent).makeIterator());
+    EXPECT_EQ(first->next()->front(), 'x');
+    auto second = *first;
+    first.reset();
+    EXPECT_EQ(*second.next(), std::string(40, 'b'));
+
     Deque<int> base{0, 1, 2, 3};
     const auto slice = base.slice(1, 3);
     base.removeFirst(2);

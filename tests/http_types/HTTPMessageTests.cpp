@@ -143,6 +143,18 @@ TEST(HTTPResponse, CarriesItsStatusAsThreeDigits) {
     EXPECT_DEATH(response.pseudoHeaderFields.setStatus(status), "Not a valid status code: 20");
 }
 
+TEST(HTTPMessages, CanBeAskedAfterTheyWereMovedFrom) {
+    HTTPRequest request(HTTPRequest::Method::post, "https", "e.com", "/");
+    HTTPResponse response(HTTPResponse::Status::notFound);
+    const HTTPRequest takenRequest = std::move(request);
+    const HTTPResponse takenResponse = std::move(response);
+    // NOLINTBEGIN(bugprone-use-after-move)
+    EXPECT_FALSE(request.debugDescription().empty());
+    EXPECT_FALSE(response.debugDescription().empty());
+    // NOLINTEND(bugprone-use-after-move)
+    EXPECT_EQ(takenResponse.status(), HTTPResponse::Status::notFound);
+}
+
 TEST(HTTPMessages, PrettyDescriptions) {
     const HTTPFields fields{{HTTPField::Name::contentType, "b"}, {HTTPField::Name::accept, "a"}};
     EXPECT_EQ(HTTPRequest("/x?y", Method::get, fields).prettyDescription(), "GET /x?y [accept: a; content-type: b]");
