@@ -173,10 +173,11 @@ public:
     [[nodiscard]] bool prefersSortedKeys() const override { return writer_.sortsKeys(); }
 
     [[nodiscard]] KeyedEncodingContainer nestedContainer(std::string_view key) override {
+        const PathFrame frame = frameFor(key);
         begin(key);
         JSONWriter& nested = writer_.deferred();
-        requireObject(nested, 0, frame_);
-        return KeyedEncodingContainer(std::in_place_type<ObjectWriter>, nested, 0U, frameFor(key));
+        requireObject(nested, 0, frame);
+        return KeyedEncodingContainer(std::in_place_type<ObjectWriter>, nested, 0U, frame);
     }
 
     [[nodiscard]] UnkeyedEncodingContainer nestedUnkeyedContainer(std::string_view key) override;
@@ -251,10 +252,11 @@ public:
 };
 
 UnkeyedEncodingContainer ObjectWriter::nestedUnkeyedContainer(std::string_view key) {
+    const PathFrame frame = frameFor(key);
     begin(key);
     JSONWriter& nested = writer_.deferred();
-    requireArray(nested, 0, frame_);
-    return UnkeyedEncodingContainer(std::in_place_type<ArrayWriter>, nested, 0U, frameFor(key));
+    requireArray(nested, 0, frame);
+    return UnkeyedEncodingContainer(std::in_place_type<ArrayWriter>, nested, 0U, frame);
 }
 
 KeyedEncodingContainer ValueEncoder::container() {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <stdexcept>
@@ -234,6 +235,7 @@ TEST(JSONEncoder, WritesNothingThatIsTooDeepToRead) {
     for (const Scripted& value : {lists(513), objects(513)}) {
         const std::string text = failure(value);
         EXPECT_NE(text.find(": More than 512 containers inside one another."), std::string::npos) << text;
+        EXPECT_EQ(std::count(text.begin(), text.end(), '/'), 511) << text; // 512 keys lead to what is refused
     }
 }
 
