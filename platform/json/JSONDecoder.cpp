@@ -389,7 +389,7 @@ public:
             askedMember_ = members[i];
             slot.operations->decode(*this, slot.key, member);
         }
-        asked_ = nullptr;
+        asked_ = &nowhere;
     }
 
     bool locate(std::string_view key, std::uint32_t& index) {
@@ -493,10 +493,12 @@ private:
         }
     }
 
+    static constexpr char nowhere = 0; ///< no key stands here
+
     std::uint32_t object_;
     std::uint32_t next_;                               ///< the key where the next lookup starts
     mutable std::uint32_t given_ = JSONDocument::none; ///< the key that `nextKey` told last
-    const char* asked_ = nullptr; ///< where the key stands that `fields` asks for: it needs no second comparison
+    const char* asked_ = &nowhere; ///< where the key stands that `fields` asks for: it needs no second comparison
     std::uint32_t askedMember_ = JSONDocument::none; ///< and its member, if there is one
     mutable bool areKeysKnown_ = false;
     mutable bool areKeysUnique_ = false;  ///< see `hasUniqueKeys`

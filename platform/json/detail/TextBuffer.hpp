@@ -41,6 +41,7 @@ public:
 
     /// @param text none of this buffer
     void append(std::string_view text) {
+        if (text.empty()) return;
         std::memcpy(room(text.size()), text.data(), text.size());
         size_ += text.size();
     }

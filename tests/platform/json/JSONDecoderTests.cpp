@@ -238,6 +238,7 @@ TEST(JSONDecoder, TheFirstOfEqualKeysCountsInAnyOrderOfLookups) {
             EXPECT_EQ(container.allKeys().size(), container.contains("k99") ? 103U : 3U);
         });
     }
+    probe(R"({"":1})", [](Decoder& decoder) { EXPECT_EQ(decoder.container().decode<int>(std::string_view()), 1); });
 }
 
 TEST(JSONDecoder, OffersEveryContainerOperation) {
