@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <functional>
 #include <numeric>
 #include <random>
@@ -14,6 +15,21 @@
 /// How every benchmark of this project compares: contender and peers take turns in one process, round after round, so
 /// that whatever else the machine does falls on all of them alike; what is printed is the ratio of their medians.
 namespace benchmarks {
+
+/// Of at least one value.
+inline double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// The CPU time so far, in nanoseconds.
+/// @param clock CLOCK_THREAD_CPUTIME_ID or CLOCK_PROCESS_CPUTIME_ID
+inline double cpuNanoseconds(clockid_t clock) {
+    timespec time{};
+    clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
+}
 
 struct Contender {
     std::string name;
@@ -57,10 +73,8 @@ inline Comparison compare(const std::vector<Contender>& contenders, int rounds =
     }
     Comparison result;
     for (std::size_t i = 0; i < contenders.size(); ++i) {
-        auto& sample = samples[i];
-        std::nth_element(sample.begin(), sample.begin() + static_cast<std::ptrdiff_t>(sample.size() / 2), sample.end());
         result.names.push_back(contenders[i].name);
-        result.medians.push_back(sample[sample.size() / 2]);
+        result.medians.push_back(median(samples[i]));
     }
     return result;
 }

@@ -1,5 +1,6 @@
 #include "tests/ChildProcess.hpp"
 
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <spawn.h>
@@ -47,12 +48,13 @@ std::optional<std::string> ChildProcess::nextLine() {
         if (c == '\n') return line;
         line += static_cast<char>(c);
     }
-    return std::nullopt;
+    return line.empty() ? std::nullopt : std::optional(line);
 }
 
 int ChildProcess::wait() {
     int status = 0;
-    waitpid(process_, &status, 0);
+    while (waitpid(process_, &status, 0) < 0 && errno == EINTR) {
+    }
     process_ = -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }

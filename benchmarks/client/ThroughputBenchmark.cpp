@@ -16,7 +16,6 @@
 #include <curl/curl.h>
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -142,16 +141,8 @@ private:
     std::string domain_;
 };
 
-double cpuNanoseconds() {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
-}
-
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
+double processCPU() {
+    return benchmarks::cpuNanoseconds(CLOCK_PROCESS_CPUTIME_ID);
 }
 
 struct Samples {
@@ -160,9 +151,9 @@ struct Samples {
     template <class Contender>
     void take(Contender& contender, int count) {
         const auto start = std::chrono::steady_clock::now();
-        const double cpuBefore = cpuNanoseconds();
+        const double cpuBefore = processCPU();
         contender.createLinks(count);
-        cpu.push_back((cpuNanoseconds() - cpuBefore) / count);
+        cpu.push_back((processCPU() - cpuBefore) / count);
         const std::chrono::duration<double, std::nano> elapsed = std::chrono::steady_clock::now() - start;
         wall.push_back(elapsed.count() / count);
     }
@@ -189,6 +180,7 @@ int main() {
         theirs.take(hand, count);
     }
     using benchmarks::Bound;
+    using benchmarks::median;
     const char* peer = "easy handles and nlohmann";
     benchmarks::report(
         "createLink, 8 at once: time", peer, median(ours.wall) / median(theirs.wall), Bound::atMost, 1.1

@@ -127,14 +127,7 @@ private:
 };
 
 double threadCPU() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
-}
-
-double median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
+    return benchmarks::cpuNanoseconds(CLOCK_THREAD_CPUTIME_ID);
 }
 
 /// The layer with a number of requests in flight, each completion starting the next.
@@ -336,9 +329,11 @@ int main(int argc, char** argv) {
         }
         const auto name = "loading: CPU a request, " + std::to_string(inFlight) + " in flight";
         using enum benchmarks::Bound;
-        benchmarks::report(name, "easy handle", median(ours) / median(easys), atMost, inFlight == 1 ? 1.5 : 0.9);
-        benchmarks::report(name, "cpp-httplib", median(ours) / median(httplibs), atMost, 0);
-        benchmarks::report(name, "raw socket", median(ours) / median(raws), atMost, 0);
+        benchmarks::report(
+            name, "easy handle", benchmarks::median(ours) / benchmarks::median(easys), atMost, inFlight == 1 ? 1.5 : 0.9
+        );
+        benchmarks::report(name, "cpp-httplib", benchmarks::median(ours) / benchmarks::median(httplibs), atMost, 0);
+        benchmarks::report(name, "raw socket", benchmarks::median(ours) / benchmarks::median(raws), atMost, 0);
         if (inFlight == 512) {
             auto& all = layer.latencies;
             std::sort(all.begin(), all.end());
