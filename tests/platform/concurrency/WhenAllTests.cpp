@@ -80,6 +80,7 @@ Task<std::unique_ptr<int>> member(Crowd* crowd, int value, int failAt) {
 
 Task<std::vector<std::unique_ptr<int>>> crowdOf(Crowd* crowd, int count, int failAt, std::size_t atMost) {
     std::vector<Task<std::unique_ptr<int>>> tasks;
+    tasks.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         tasks.push_back(member(crowd, i, failAt));
     return whenAll(std::move(tasks), atMost);
