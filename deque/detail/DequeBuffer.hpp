@@ -90,15 +90,15 @@ struct DequeBufferHeader {
     }
 
     /// Where the next element goes; equal to `startSlot` where the buffer is full.
-    [[nodiscard]] constexpr DequeSlot endSlot() const noexcept {
-        const std::ptrdiff_t position = startSlot.position + count;
-        if (__builtin_expect_with_probability(position >= capacity, 0, 0.999)) return {position - capacity};
-        return {position};
-    }
+    [[nodiscard]] constexpr DequeSlot endSlot() const noexcept { return rarelyWrapped(startSlot.position + count); }
 
     /// Where the last element is; there is one.
     [[nodiscard]] constexpr DequeSlot lastSlot() const noexcept {
-        const std::ptrdiff_t position = startSlot.position + count - 1;
+        return rarelyWrapped(startSlot.position + count - 1);
+    }
+
+private:
+    [[nodiscard]] constexpr DequeSlot rarelyWrapped(std::ptrdiff_t position) const noexcept {
         if (__builtin_expect_with_probability(position >= capacity, 0, 0.999)) return {position - capacity};
         return {position};
     }

@@ -44,9 +44,9 @@ private:
 
 /// As deep as the decoder reads.
 void requireDepth(const JSONWriter& writer, JSONWriter::LevelIndex level, const PathFrame& frame) {
-    if (writer.depth(level) == detail::JSONDocument::depthLimit) {
-        throwInvalid(AnyValue(), frame, "More than 512 containers inside one another.");
-    }
+    constexpr std::size_t limit = detail::JSONDocument::depthLimit;
+    if (writer.depth(level) < limit) return;
+    throwInvalid(AnyValue(), frame, "More than " + std::to_string(limit) + " containers inside one another.");
 }
 
 void requireObject(JSONWriter& writer, JSONWriter::LevelIndex level, const PathFrame& frame) {

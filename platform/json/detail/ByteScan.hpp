@@ -42,29 +42,30 @@ namespace platform::inline v1::detail {
 }
 #endif
 
-/// The first byte in [at, end) that is special, or equals `also`; `end` where there is none. Looks at 16 bytes a step
-/// where the machine can, else at 8.
-/// @param also a further byte to stop at; '"' for none
-[[nodiscard]] inline const char* findSpecialInString(const char* at, const char* end, char also = '"') noexcept {
+/// The first byte in [at, end) that is special; `end` where there is none. Looks at 16 bytes a step where the machine
+/// can, else at 8.
+[[nodiscard]] inline const char* findSpecialInString(const char* at, const char* end) noexcept {
+    constexpr char none = '"'; // no further byte: the quote is special anyway
 #if defined(__SSE2__)
     for (; end - at >= 16; at += 16) {
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-        if (const unsigned mask = specialBytes(bytes, also); mask != 0) return at + std::countr_zero(mask);
+        if (const unsigned mask = specialBytes(bytes, none); mask != 0) return at + std::countr_zero(mask);
     }
 #else
     for (; end - at >= 8; at += 8) {
         std::uint64_t word = 0;
         std::memcpy(&word, at, 8);
-        if (specialBytes(word, also) != 0) break; // which byte it is, is left to the loop below
+        if (specialBytes(word, none) != 0) break; // which byte it is, is left to the loop below
     }
 #endif
-    while (at != end && !isSpecialInString(static_cast<unsigned char>(*at)) && *at != also)
+    while (at != end && !isSpecialInString(static_cast<unsigned char>(*at)))
         ++at;
     return at;
 }
 
 /// Copies [at, end) up to the first byte that is special, or equals `also`, and tells where that is; `end` where there
 /// is none.
+/// @param also a further byte to stop at; '"' for none
 /// @param out has room for all of [at, end): what stands behind the copied bytes there has no meaning afterwards
 [[nodiscard]] inline const char* copyToSpecial(char* out, const char* at, const char* end, char also) noexcept {
 #if defined(__SSE2__)

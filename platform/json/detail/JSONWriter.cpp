@@ -10,7 +10,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
-#include <iterator>
 
 namespace platform::inline v1::detail {
 
@@ -183,22 +182,24 @@ void JSONWriter::escapedString(std::string_view value) {
     text_.append('"');
 }
 
+void JSONWriter::shortestNumber(auto value) {
+    digits_.clear();
+    appendJSONNumber(digits_, value);
+    text_.append(digits_);
+}
+
 void JSONWriter::number(double value) {
     // Whole numbers, which most numbers are, need no search for the shortest digits.
     constexpr double exact = 9007199254740992.0; // 2^53
     if (std::fabs(value) < exact && value == std::trunc(value) && (value != 0 || !std::signbit(value))) {
         appendInteger(text_, static_cast<std::int64_t>(value));
     } else {
-        digits_.clear();
-        appendJSONNumber(digits_, value);
-        text_.append(digits_);
+        shortestNumber(value);
     }
 }
 
 void JSONWriter::number(float value) {
-    digits_.clear();
-    appendJSONNumber(digits_, value);
-    text_.append(digits_);
+    shortestNumber(value);
 }
 
 void JSONWriter::integer(std::int64_t value) {

@@ -135,6 +135,7 @@ private:
     }
 
     void escapedString(std::string_view value);
+    void shortestNumber(auto value);
     void separate();
     void endLevel();
     void putIn(const Level& level);
